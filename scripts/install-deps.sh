@@ -1,0 +1,28 @@
+#!/usr/bin/env bash
+# Installs what the build, the tests, the benchmarks and the fuzzers need. Idempotent: it asks
+# apt only for packages that are missing, and refreshes the package lists at most once.
+set -euo pipefail
+
+packages=(
+  cmake make g++ libxml2-dev libsqlite3-dev sqlite3 libssl-dev
+  libgtest-dev libgmock-dev libbenchmark-dev
+  android-libutils-dev android-liblog-dev android-libbase-dev android-libcutils-dev
+  clang libclang-rt-dev
+)
+
+missing=()
+for p in "${packages[@]}"; do
+  if ! dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed"; then
+    missing+=("$p")
+  fi
+done
+
+if [ ${#missing[@]} -eq 0 ]; then
+  exit 0
+fi
+
+sudo=""
+if [ "$(id -u)" -ne 0 ]; then sudo="sudo"; fi
+echo "installing: ${missing[*]}"
+$sudo apt-get update -qq
+DEBIAN_FRONTEND=noninteractive $sudo apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null

@@ -1,0 +1,25 @@
+// Integers as text, the way tuning files and database rows write them: one number in decimal,
+// a list as numbers separated by commas, blanks or both.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace korvi {
+
+// Reads one signed 32-bit integer by stream extraction: leading blanks are skipped and reading
+// stops at the first character that cannot continue the number. Text without a number gives 0.
+int string2Int(const std::string& text);
+
+// Appends the integers of text to out, skipping any run of commas and blanks after each one; stops
+// at the end of the text or at the first character that is neither a number, a comma nor a blank.
+void string2IntVector(const std::string& text, std::vector<int>& out);
+
+// Plain decimal, a minus sign for negatives.
+std::string int2String(int value);
+
+// Comma-separated decimal without a trailing comma ("" for an empty list): what string2IntVector
+// reads back unchanged.
+std::string intVector2String(const std::vector<int>& values);
+
+}  // namespace korvi

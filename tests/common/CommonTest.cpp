@@ -1,0 +1,118 @@
+// The library-wide helpers: device-root paths, integer text, the fatal-exit helper and the test
+// support itself (log capture, temporary device roots).
+#include <gtest/gtest.h>
+
+#define LOG_TAG "CommonTest"
+#include <log/log.h>
+
+#include <climits>
+#include <filesystem>
+
+#include "common/DeviceRoot.h"
+#include "common/FatalExit.h"
+#include "common/IntText.h"
+#include "support/LogCapture.h"
+#include "support/TempDeviceRoot.h"
+
+#include <cutils/properties.h>
+
+namespace korvi {
+namespace {
+
+using test::LogCapture;
+using test::TempDeviceRoot;
+
+TEST(DeviceRoot, PrefixesFixedPathsAndDropsTrailingSlashes) {
+    const std::string previous = getDeviceRoot();
+    setDeviceRoot("/tmp/dev/");
+    EXPECT_EQ(getDeviceRoot(), "/tmp/dev");
+    EXPECT_EQ(devicePath("/vendor/etc/korvi/wem-default.xml"), "/tmp/dev/vendor/etc/korvi/wem-default.xml");
+    setDeviceRoot("");
+    EXPECT_EQ(devicePath("/sys/kernel/smartpa/smartpa_type"), "/sys/kernel/smartpa/smartpa_type");
+    setDeviceRoot("/");
+    EXPECT_EQ(devicePath("/data/vendor/korvi"), "/data/vendor/korvi");
+    setDeviceRoot(previous);
+}
+
+TEST(TempDeviceRoot, LaysOutADeviceAndRemovesItAfterwards) {
+    const std::string before = getDeviceRoot();
+    std::string dir;
+    {
+        TempDeviceRoot root;
+        dir = root.dir();
+        EXPECT_EQ(getDeviceRoot(), dir);
+        EXPECT_TRUE(std::filesystem::is_directory(root.path("vendor/etc/korvi")));
+        EXPECT_TRUE(std::filesystem::is_directory(root.path("/data/vendor/korvi")));
+        EXPECT_TRUE(std::filesystem::is_directory(root.path("sys/kernel/smartpa")));
+        root.write("sys/kernel/smartpa/smartpa_type", "fs19xx\n");
+        EXPECT_EQ(root.read("/sys/kernel/smartpa/smartpa_type"), "fs19xx\n");
+        EXPECT_EQ(devicePath("/sys/kernel/smartpa/smartpa_type"), root.path("sys/kernel/smartpa/smartpa_type"));
+    }
+    EXPECT_FALSE(std::filesystem::exists(dir));
+    EXPECT_EQ(getDeviceRoot(), before);
+}
+
+TEST(LogCapture, RecordsEveryPriorityWithTagAndMessageAndRestoresAfterwards) {
+    {
+        LogCapture logs;
+        __android_log_print(ANDROID_LOG_VERBOSE, "CommonTest", "verbose %d", 1);
+        ALOGD("%s() entry", "init");
+        ALOGE("bad value %d", -22);
+        ASSERT_EQ(logs.lines().size(), 3u) << logs.dump();
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_VERBOSE, "CommonTest", "verbose 1"));
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "CommonTest", "init() entry"));
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "CommonTest", "bad value -22"));
+        EXPECT_FALSE(logs.contains(ANDROID_LOG_WARN, "CommonTest", "bad value -22"));
+        EXPECT_TRUE(logs.containsText("CommonTest", "value"));
+        logs.clear();
+        EXPECT_TRUE(logs.lines().empty());
+    }
+    EXPECT_NE(__android_log_get_minimum_priority(), ANDROID_LOG_VERBOSE);
+}
+
+TEST(IntText, ReadsNumbersSeparatedByCommasBlanksOrBoth) {
+    std::vector<int> v;
+    string2IntVector("10, 20,30", v);
+    EXPECT_EQ(v, (std::vector<int>{10, 20, 30}));
+    v.clear();
+    string2IntVector("1, -2,3", v);
+    EXPECT_EQ(v, (std::vector<int>{1, -2, 3}));
+    v.clear();
+    string2IntVector("  4 5,,6, x 7", v);  // stops at the first character that is no separator
+    EXPECT_EQ(v, (std::vector<int>{4, 5, 6}));
+    v = {9};
+    string2IntVector("", v);  // appends, never clears
+    EXPECT_EQ(v, (std::vector<int>{9}));
+
+    EXPECT_EQ(string2Int("  -17abc"), -17);
+    EXPECT_EQ(string2Int("abc"), 0);
+    EXPECT_EQ(string2Int(""), 0);
+    EXPECT_EQ(int2String(-5), "-5");
+    EXPECT_EQ(intVector2String({1, -2, 3}), "1,-2,3");
+    EXPECT_EQ(intVector2String({}), "");
+    std::vector<int> back;
+    string2IntVector(intVector2String({INT_MIN, 0, INT_MAX}), back);
+    EXPECT_EQ(back, (std::vector<int>{INT_MIN, 0, INT_MAX}));
+}
+
+TEST(FatalExitDeathTest, LogsAndExitsWithMinusOne) {
+    EXPECT_EXIT(fatalExit("AxContext", "unknown profile id %d", 7), ::testing::ExitedWithCode(255),
+                "unknown profile id 7");
+}
+
+TEST(Properties, ReadsWritesAndFallsBack) {
+    EXPECT_EQ(property_set("persist.vendor.korvi.test", "42"), 0);
+    EXPECT_EQ(property_get_int32("persist.vendor.korvi.test", -1), 42);
+    char value[PROPERTY_VALUE_MAX];
+    EXPECT_EQ(property_get("persist.vendor.korvi.test", value, "x"), 2);
+    EXPECT_STREQ(value, "42");
+    EXPECT_EQ(property_get("persist.vendor.korvi.unset", value, "dflt"), 4);
+    EXPECT_STREQ(value, "dflt");
+    EXPECT_EQ(property_get_int32("persist.vendor.korvi.unset", 7), 7);
+    EXPECT_EQ(property_set("persist.vendor.korvi.test", "not a number"), 0);
+    EXPECT_EQ(property_get_int32("persist.vendor.korvi.test", 3), 3);
+    EXPECT_EQ(property_set("persist.vendor.korvi.test", std::string(PROPERTY_VALUE_MAX, 'a').c_str()), -1);
+}
+
+}  // namespace
+}  // namespace korvi

@@ -1,0 +1,71 @@
+// korvictl: the host tool of the settings service, for tuning authors and integrators.
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include "Command.h"
+
+namespace korvi::ctl {
+
+const std::vector<Command>& allCommands() {
+    static const std::vector<Command> kCommands = {
+        {"params", "print the parameter catalogue (number, column name, owning record)",
+         "usage: korvictl params [--help]\n"
+         "\n"
+         "Prints one row per parameter of the service: its number, its database column name and\n"
+         "the record that owns it (Tuning, Profile, ProfileEndpoint, IeqPreset, GeqPreset), or\n"
+         "\"none\" for a parameter no stored record admits.\n",
+         runParams},
+    };
+    return kCommands;
+}
+
+int usageError(const std::string& message) {
+    fprintf(stderr, "korvictl: %s (try 'korvictl --help')\n", message.c_str());
+    return 2;
+}
+
+bool wantsHelp(const std::vector<std::string>& args) {
+    for (const std::string& a : args) {
+        if (a == "--help" || a == "-h") return true;
+    }
+    return false;
+}
+
+}  // namespace korvi::ctl
+
+namespace {
+
+void printHelp() {
+    printf("usage: korvictl COMMAND [ARGS...]\n\nThe host tool of the Korvi settings service.\n\n"
+           "commands:\n");
+    for (const korvi::ctl::Command& c : korvi::ctl::allCommands()) {
+        printf("  %-10s %s\n", c.name, c.summary);
+    }
+    printf("\n'korvictl COMMAND --help' describes one command.\n");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    using namespace korvi::ctl;
+    if (argc < 2) {
+        printHelp();
+        return 2;
+    }
+    const std::string name = argv[1];
+    if (name == "--help" || name == "-h" || name == "help") {
+        printHelp();
+        return 0;
+    }
+    std::vector<std::string> args(argv + 2, argv + argc);
+    for (const Command& c : allCommands()) {
+        if (name != c.name) continue;
+        if (wantsHelp(args)) {
+            printf("%s", c.usage);
+            return 0;
+        }
+        return c.run(args);
+    }
+    return usageError("unknown command '" + name + "'");
+}
