@@ -1,9 +1,11 @@
 // The kind of transducer a tuning or a profile-endpoint is made for.
 #pragma once
 
+#include <cstdint>
+
 namespace korvi {
 
-enum Endpoint {
+enum Endpoint : int32_t {
     SPEAKER = 0,
     HEADPHONE = 1,
     OTHER = 2,

@@ -5,11 +5,11 @@
 // comes before 73 "virtual_bass_mix_freq_high"): the numbers below are the authority.
 #pragma once
 
-#include <cstddef>
+#include <cstdint>
 
 namespace korvi {
 
-enum Parameter {
+enum Parameter : int32_t {
     AUDIO_OPTIMIZER_ENABLE = 0,
     AUDIO_OPTIMIZER_FREQUENCY = 1,
     AUDIO_OPTIMIZER_GAIN_L = 2,

@@ -11,7 +11,7 @@
 
 namespace korvi {
 
-enum Port {
+enum Port : int32_t {
     PORT_INTERNAL_SPEAKER = 0,
     PORT_HDMI = 1,
     PORT_MIRACAST = 2,
