@@ -7,11 +7,16 @@
 #include <sfxparamstorage/SfxParamStore.h>
 #include <log/log.h>
 
+#include <limits>
+
 namespace korvi {
 
 SfxEffect::SfxEffect(int /*id*/, const android::String16& /*name*/) {}
 
 int SfxEffect::send(int /*cmd*/, std::vector<int>& blob) {
+    // The store takes the size in bytes as an unsigned 32-bit number.
+    LOG_ALWAYS_FATAL_IF(blob.size() > std::numeric_limits<unsigned>::max() / sizeof(int),
+                        "%s: blob of %zu words is too large to send", __func__, blob.size());
     sendSharedStore(blob.data(), static_cast<unsigned>(blob.size() * sizeof(int)));
     return -22;
 }

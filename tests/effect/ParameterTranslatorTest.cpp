@@ -126,7 +126,7 @@ TEST(TranslatorCollection, EveryParameterHasItsTranslatorExceptFour) {
         EXPECT_EQ(simple->getSrcParams(), std::vector<Parameter>{p});
         EXPECT_EQ(TranslatorCollection::kAllTranslators.count(simple), 1u);
     }
-    const std::vector<std::pair<const std::vector<Parameter>*, const std::type_info*>> specials = {
+    const std::vector<std::pair<const std::vector<Parameter>*, const std::type_info*>> computing = {
         {&BassMbdrcTranslator::kSrcParams, &typeid(BassMbdrcTranslator)},
         {&CustomDRCTranslator::kSrcParams, &typeid(CustomDRCTranslator)},
         {&ComplexEqualizerTranslator::kSrcParams, &typeid(ComplexEqualizerTranslator)},
@@ -142,7 +142,7 @@ TEST(TranslatorCollection, EveryParameterHasItsTranslatorExceptFour) {
     };
     std::set<Parameter> covered;
     for (const auto& entry : kSimple) covered.insert(entry.first);
-    for (const auto& [params, type] : specials) {
+    for (const auto& [params, type] : computing) {
         Translator* first = collection.getTranslator(params->front());
         ASSERT_NE(first, nullptr);
         EXPECT_EQ(typeid(*first), *type);
