@@ -34,35 +34,6 @@ std::vector<int> run(const Translator& translator, ParameterValues& values,
     return entriesOf(cmd);
 }
 
-TEST(FeatureTranslators, SourceListsAreInTheExpectedOrder) {
-    EXPECT_EQ(BassMbdrcTranslator::kSrcParams, (std::vector<Parameter>{BASS_MBDRC_TUNING}));
-    EXPECT_EQ(CustomDRCTranslator::kSrcParams, (std::vector<Parameter>{CUSTOM_DRC_METADATA}));
-    EXPECT_EQ(ComplexEqualizerTranslator::kSrcParams,
-              (std::vector<Parameter>{COMPLEX_EQUALIZER_TUNING_LEFT, COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND,
-                                      COMPLEX_EQUALIZER_TUNING_RIGHT, COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND}));
-    EXPECT_EQ(OutputModeTranslator::kSrcParams,
-              (std::vector<Parameter>{VIRTUALIZER_ENABLE, OUTPUT_MIX_MATRIX, ORIENTATION}));
-    EXPECT_EQ(VirtualBassTranslator::kSrcParams,
-              (std::vector<Parameter>{VIRTUAL_BASS_SRC_FREQ_LOW, VIRTUAL_BASS_SRC_FREQ_HIGH,
-                                      VIRTUAL_BASS_MIX_FREQ_LOW, VIRTUAL_BASS_MIX_FREQ_HIGH}));
-    EXPECT_EQ(VirtualBassEnableTranslator::kSrcParams,
-              (std::vector<Parameter>{VIRTUAL_BASS_ENABLE, VIRTUAL_BASS_TYPE}));
-    EXPECT_EQ(AudioRegulatorTranslator::kSrcParams,
-              (std::vector<Parameter>{REGULATOR_STRESS_AMOUNT, REGULATOR_FREQUENCY, REGULATOR_ISOLATED_BAND,
-                                      REGULATOR_THRESHOLD_HIGH, REGULATOR_THRESHOLD_LOW,
-                                      REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT,
-                                      REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT_SURROUND,
-                                      REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT,
-                                      REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT_SURROUND}));
-    EXPECT_EQ(DeEnableTranslator::kSrcParams, (std::vector<Parameter>{DIALOG_ENHANCER_ENABLE}));
-    EXPECT_EQ(DeAmountTranslator::kSrcParams, (std::vector<Parameter>{DIALOG_ENHANCER_AMOUNT}));
-    EXPECT_EQ(AudioOptimizerTranslator::kSrcParams,
-              (std::vector<Parameter>{AUDIO_OPTIMIZER_FREQUENCY, AUDIO_OPTIMIZER_GAIN_L, AUDIO_OPTIMIZER_GAIN_LS,
-                                      AUDIO_OPTIMIZER_GAIN_R, AUDIO_OPTIMIZER_GAIN_RS}));
-    EXPECT_EQ(IeqTranslator::kSrcParams, (std::vector<Parameter>{IEQ_FREQUENCY, IEQ_TARGET}));
-    EXPECT_EQ(GeqTranslator::kSrcParams, (std::vector<Parameter>{GEQ_FREQUENCY, GEQ_GAIN}));
-}
-
 TEST(FeatureTranslators, BassMbdrcIsSentOnlyWhileEnabled) {
     BassMbdrcTranslator t;
     AnyValues v;
