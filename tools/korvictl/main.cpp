@@ -16,6 +16,15 @@ const std::vector<Command>& allCommands() {
          "the record that owns it (Tuning, Profile, ProfileEndpoint, IeqPreset, GeqPreset), or\n"
          "\"none\" for a parameter no stored record admits.\n",
          runParams},
+        {"blob", "print a parameter blob one entry per line (device, code, values)",
+         "usage: korvictl blob FILE\n"
+         "       korvictl blob --words WORD...\n"
+         "\n"
+         "Decodes a parameter blob as the shared store would: from FILE (32-bit words in host byte\n"
+         "order) or from words given in decimal or 0x-hex. Prints the target device and the entry\n"
+         "count, then one line per entry: device name (or hex), four-character code, values.\n"
+         "A blob the store would refuse prints 'invalid parameter blob: <reason>' and exits 1.\n",
+         runBlob},
     };
     return kCommands;
 }

@@ -1,0 +1,17 @@
+// The profile's custom dynamic-range-control metadata, sent as it is.
+#pragma once
+
+#include "effect/Translator.h"
+
+namespace korvi {
+
+class CustomDRCTranslator : public Translator {
+public:
+    static const std::vector<Parameter> kSrcParams;
+
+    const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
+    void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,
+                      bool mono) const override;
+};
+
+}  // namespace korvi

@@ -1,0 +1,17 @@
+// The dialog enhancer switch, sent under both of the effect's codes for it.
+#pragma once
+
+#include "effect/Translator.h"
+
+namespace korvi {
+
+class DeEnableTranslator : public Translator {
+public:
+    static const std::vector<Parameter> kSrcParams;
+
+    const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
+    void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,
+                      bool mono) const override;
+};
+
+}  // namespace korvi

@@ -1,0 +1,17 @@
+// The intelligent equaliser's target curve: band count, frequencies and targets.
+#pragma once
+
+#include "effect/Translator.h"
+
+namespace korvi {
+
+class IeqTranslator : public Translator {
+public:
+    static const std::vector<Parameter> kSrcParams;
+
+    const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
+    void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,
+                      bool mono) const override;
+};
+
+}  // namespace korvi

@@ -1,0 +1,18 @@
+// The output mode: the virtualizer switch, the endpoint kind and the orientation, plus the mix
+// matrix on the internal speaker.
+#pragma once
+
+#include "effect/Translator.h"
+
+namespace korvi {
+
+class OutputModeTranslator : public Translator {
+public:
+    static const std::vector<Parameter> kSrcParams;
+
+    const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
+    void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,
+                      bool mono) const override;
+};
+
+}  // namespace korvi

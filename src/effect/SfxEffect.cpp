@@ -1,0 +1,50 @@
+// The tag comes first: the platform headers below include the log header themselves.
+#define LOG_TAG "SfxEffect"
+
+#include "effect/SfxEffect.h"
+
+#include <sfxparamstorage/EffectParamParser.h>
+#include <sfxparamstorage/SfxParamStore.h>
+#include <log/log.h>
+
+#include <limits>
+
+namespace korvi {
+
+SfxEffect::SfxEffect(int /*id*/, const android::String16& /*name*/) {}
+
+int SfxEffect::send(int /*cmd*/, std::vector<int>& blob) {
+    // The store takes the size in bytes as an unsigned 32-bit number.
+    LOG_ALWAYS_FATAL_IF(blob.size() > std::numeric_limits<unsigned>::max() / sizeof(int),
+                        "%s: blob of %zu words is too large to send", __func__, blob.size());
+    sendSharedStore(blob.data(), static_cast<unsigned>(blob.size() * sizeof(int)));
+    return -22;
+}
+
+void SfxEffect::sendSharedStore(void* data, unsigned size) {
+    android::EffectParamParser parser(data, size);
+    if (!parser.validate()) {
+        ALOGE("%s() Invalid data for setting parameter values.", __func__);
+        return;
+    }
+    parser.begin();
+    for (;;) {
+        int32_t device = 0;
+        int32_t paramId = 0;
+        uint32_t count = 0;
+        const int32_t* values = nullptr;
+        const bool more = parser.next(&device, &paramId, &count, &values);
+        android::SfxParamStore& store = android::SfxParamStore::getInstance();
+        if (!more) {
+            store.commitChange();
+            return;
+        }
+        store.setParam(static_cast<uint32_t>(device), paramId, values, count);
+    }
+}
+
+int SfxEffect::receive(int /*cmd*/, std::vector<int>& /*blob*/) {
+    return 0;
+}
+
+}  // namespace korvi

@@ -1,0 +1,130 @@
+#include "model/DeviceParameters.h"
+
+namespace korvi {
+
+const std::set<Parameter> DeviceParameters::kValidParams = {
+    AUDIO_OPTIMIZER_ENABLE,
+    AUDIO_OPTIMIZER_FREQUENCY,
+    AUDIO_OPTIMIZER_GAIN_L,
+    AUDIO_OPTIMIZER_GAIN_LS,
+    AUDIO_OPTIMIZER_GAIN_R,
+    AUDIO_OPTIMIZER_GAIN_RS,
+    BASS_ENHANCER_BOOST,
+    BASS_ENHANCER_CUTOFF_FREQUENCY,
+    BASS_ENHANCER_ENABLE,
+    BASS_ENHANCER_WIDTH,
+    BASS_EXTRACTION_CUTOFF_FREQUENCY,
+    BASS_EXTRACTION_ENABLE,
+    BASS_MBDRC_ENABLE,
+    BASS_MBDRC_TUNING,
+    CALIBRATION_BOOST,
+    COMPLEX_EQUALIZER_ENABLE,
+    COMPLEX_EQUALIZER_TUNING_LEFT,
+    COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND,
+    COMPLEX_EQUALIZER_TUNING_RIGHT,
+    COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND,
+    DIALOG_ENHANCER_AMOUNT,
+    DIALOG_ENHANCER_DUCKING,
+    DIALOG_ENHANCER_ENABLE,
+    GRAPHIC_EQUALIZER_ENABLE,
+    HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE,
+    HEARING_PROTECTION_ATTENUATION_ATTACK_TIME,
+    HEARING_PROTECTION_ATTENUATION_RELEASE_TIME,
+    HEARING_PROTECTION_ENABLE,
+    HEARING_PROTECTION_RMS_ATTENUATION_TARGET,
+    HEARING_PROTECTION_RMS_AVERAGING_TIME_WIN_LEN,
+    HEIGHT_FILTER_MODE,
+    IEQ_AMOUNT,
+    IEQ_ENABLE,
+    IEQ_FREQUENCY,
+    IEQ_ID,
+    IEQ_TARGET,
+    MI_VIRTUALIZER_BINAURAL_STEERING_ENABLE,
+    ORIENTATION,
+    OUTPUT_CHANNELS,
+    OUTPUT_MIX_MATRIX,
+    PEAK_VALUE,
+    REGULATOR_DISTORTION_SLOPE,
+    REGULATOR_ENABLE,
+    REGULATOR_FREQUENCY,
+    REGULATOR_ISOLATED_BAND,
+    REGULATOR_OVERDRIVE,
+    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT,
+    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT_SURROUND,
+    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT,
+    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT_SURROUND,
+    REGULATOR_SIBILANCE_SUPPRESS_ENABLE,
+    REGULATOR_SPEAKER_DIST_ENABLE,
+    REGULATOR_STRESS_AMOUNT,
+    REGULATOR_THRESHOLD_HIGH,
+    REGULATOR_THRESHOLD_LOW,
+    REGULATOR_TIMBRE_PRESERVATION,
+    SURROUND_BOOST,
+    SURROUND_DECODER_ENABLE,
+    VIRTUAL_BASS_BLEND_LINEAR_GAIN,
+    VIRTUAL_BASS_COMPRESSOR_TUNING,
+    VIRTUAL_BASS_ENABLE,
+    VIRTUAL_BASS_HARMGAINS,
+    VIRTUAL_BASS_HYBGAINS,
+    VIRTUAL_BASS_MIX_FREQUENCY,
+    VIRTUAL_BASS_MIX_FREQ_HIGH,
+    VIRTUAL_BASS_MIX_FREQ_LOW,
+    VIRTUAL_BASS_MODE,
+    VIRTUAL_BASS_OVERALL_GAIN,
+    VIRTUAL_BASS_ROLLOFF_GAIN,
+    VIRTUAL_BASS_SLOPE_GAIN,
+    VIRTUAL_BASS_SRC_FREQ_HIGH,
+    VIRTUAL_BASS_SRC_FREQ_LOW,
+    VIRTUAL_BASS_SUBGAINS,
+    VIRTUAL_BASS_TYPE,
+    VIRTUALIZER_ENABLE,
+    VIRTUALIZER_FRONT_SPEAKER_ANGLE,
+    VIRTUALIZER_HEIGHT_SPEAKER_ANGLE,
+    VIRTUALIZER_START_BAND,
+    VIRTUALIZER_SURROUND_SPEAKER_ANGLE,
+    VOLMAX_BOOST,
+    VOLUME_LEVELER_AMOUNT,
+    VOLUME_LEVELER_COMPRESSOR_ENABLE,
+    VOLUME_LEVELER_ENABLE,
+    VOLUME_LEVELER_IN_TARGET,
+    VOLUME_LEVELER_OUT_TARGET,
+    VOLUME_MODELER_CALIBRATION,
+};
+
+DeviceParameters::DeviceParameters(ParamChangeObserver* observer)
+    : ParameterValues(-1, false), mObserver(observer) {
+    if (mObserver != nullptr) mObserver->setSource(this, OTHER, false);
+}
+
+void DeviceParameters::setProfile(Profile& profile) {
+    mProfile = &profile;
+    updateParams(profile);
+}
+
+void DeviceParameters::setProfileEndpoint(ProfileEndpoint& endpoint) {
+    mProfileEndpoint = &endpoint;
+    updateParams(endpoint);
+}
+
+void DeviceParameters::setIeqPreset(IeqPreset& preset) {
+    mIeqPreset = &preset;
+    updateParams(preset);
+}
+
+void DeviceParameters::setTuning(Tuning& tuning) {
+    mTuning = &tuning;
+    if (mObserver != nullptr) mObserver->setSource(this, tuning.getEndpoint(), tuning.isMono());
+    updateParams(tuning);
+}
+
+void DeviceParameters::updateParams(ParameterValues& source) {
+    for (const auto& [parameter, values] : source.mValues) {
+        if (values.empty()) continue;
+        const std::vector<int> copy = values;
+        if (checkAndUpdate(parameter, copy) && mObserver != nullptr) {
+            mObserver->onParameterChanged(parameter);
+        }
+    }
+}
+
+}  // namespace korvi
