@@ -4,6 +4,9 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
+# The thread-safety tests: the shared store's concurrent commit/read test by default.
+TSAN_TESTS ?= Concurrency
+TSAN_TARGETS ?= test_sfxparamstorage
 ROOT := $(CURDIR)
 
 .PHONY: all deps build run test test-asan test-tsan bench fuzz clean
@@ -33,7 +36,7 @@ test-asan: deps
 test-tsan: deps
 	@cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKORVI_TSAN=ON -DKORVI_BENCH=OFF \
 	    -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ >/dev/null
-	@cmake --build $(TSAN_BUILD) -j $(JOBS)
+	@cmake --build $(TSAN_BUILD) -j $(JOBS) --target $(TSAN_TARGETS)
 	@cd $(TSAN_BUILD) && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R "$(TSAN_TESTS)"
 
 bench: build
