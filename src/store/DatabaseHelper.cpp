@@ -92,6 +92,7 @@ DatabaseHelper::~DatabaseHelper() {
     // The cached statement goes before the connection it belongs to. A transaction still open
     // here is rolled back by SQLite: a batch that was never committed leaves the old content.
     mDataVersionStmt.reset();
+    for (auto& stmt : mInsertStmts) stmt.reset();
     if (mDb != nullptr) sqlite3_close_v2(mDb);
 }
 
@@ -228,6 +229,8 @@ int DatabaseHelper::createTable(int type) {
         ALOGE("%s(): no table of type %d", __func__, type);
         return 1;
     }
+    // Statements prepared against an earlier table of that name are not reused.
+    mInsertStmts[type].reset();
     if (runSql("CREATE TABLE " + schema->name + buildColumnString(type)) != 0) return 1;
     rememberRowCount(schema->name, 0);
     return 0;
@@ -243,6 +246,7 @@ int DatabaseHelper::clear() {
     int result = 0;
     for (TableType type : kTablesInNameOrder) {
         const std::string& table = schemaOf(type).name;
+        mInsertStmts[type].reset();
         if (runSql("DROP TABLE IF EXISTS " + table) != 0) {
             result = 1;
             continue;
@@ -291,6 +295,20 @@ int DatabaseHelper::clearOemDeviceTunings() {
     return deleteRows(schema, sql, {});
 }
 
+SqlStatement* DatabaseHelper::insertStatement(TableType type) {
+    std::unique_ptr<SqlStatement>& stmt = mInsertStmts[type];
+    if (!stmt) {
+        const std::string& sql = insertSql(type);
+        stmt = std::make_unique<SqlStatement>(mDb, sql);
+        if (!stmt->isValid()) {
+            ALOGD("failed to prepare SQL : %s", sql.c_str());
+            ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+            stmt.reset();
+        }
+    }
+    return stmt.get();
+}
+
 // ---- configuration table ----
 
 int DatabaseHelper::insertConfigurationValue(const std::string& key, const std::string& value) {
@@ -300,17 +318,14 @@ int DatabaseHelper::insertConfigurationValue(const std::string& key, const std::
     }
     const std::string& table = schemaOf(TABLE_CONFIGURATION).name;
     const int64_t rowId = getRowCount(table) + 1;
-    const std::string& sql = insertSql(TABLE_CONFIGURATION);
-    SqlStatement stmt(mDb, sql);
-    if (!stmt.isValid()) {
-        ALOGD("failed to prepare SQL : %s", sql.c_str());
-        ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
-        return 1;
-    }
-    stmt.bindInt64(1, rowId);
-    stmt.bindText(2, key);
-    stmt.bindText(3, value);
-    if (stepToDone(stmt, sql) != 0) return 1;
+    SqlStatement* stmt = insertStatement(TABLE_CONFIGURATION);
+    if (stmt == nullptr) return 1;
+    stmt->bindInt64(1, rowId);
+    stmt->bindText(2, key);
+    stmt->bindText(3, value);
+    const int result = stepToDone(*stmt, insertSql(TABLE_CONFIGURATION));
+    stmt->reset();
+    if (result != 0) return 1;
     adjustRowCount(table, 1);
     return 0;
 }
@@ -375,17 +390,12 @@ int DatabaseHelper::executeInsertCommand(TableType type, const std::vector<std::
     // Row ids stay "row count + 1 at insert time"; 0 is treated like -1 on purpose.
     const int64_t id = rowId >= 1 ? rowId : getRowCount(schema.name) + 1;
 
-    const std::string& sql = insertSql(type);
-    SqlStatement stmt(mDb, sql);
-    if (!stmt.isValid()) {
-        ALOGD("failed to prepare SQL : %s", sql.c_str());
-        ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
-        return 1;
-    }
+    SqlStatement* stmt = insertStatement(type);
+    if (stmt == nullptr) return 1;
     int position = 1;
-    stmt.bindInt64(position++, id);
-    stmt.bindText(position++, customName);
-    for (const std::string& key : keyTexts) stmt.bindText(position++, key);
+    stmt->bindInt64(position++, id);
+    stmt->bindText(position++, customName);
+    for (const std::string& key : keyTexts) stmt->bindText(position++, key);
     for (Parameter parameter : schema.parameterColumns) {
         // An absent parameter is stored as the empty text; reading never inserts into the map.
         std::string text;
@@ -393,9 +403,11 @@ int DatabaseHelper::executeInsertCommand(TableType type, const std::vector<std::
             auto it = values->mValues.find(parameter);
             if (it != values->mValues.end()) text = intVector2String(it->second);
         }
-        stmt.bindText(position++, text);
+        stmt->bindText(position++, text);
     }
-    if (stepToDone(stmt, sql) != 0) return 1;
+    const int result = stepToDone(*stmt, insertSql(type));
+    stmt->reset();  // a kept statement must not hold the table between rows
+    if (result != 0) return 1;
     adjustRowCount(schema.name, 1);
     if (writeBack != nullptr && rowId < 1) RecordIdAccess::setId(*writeBack, id);
     return 0;

@@ -119,6 +119,8 @@ private:
     int runSql(const std::string& sql);
     int stepToDone(SqlStatement& stmt, const std::string& sql);
     int updateConfigurationValue(const std::string& key, const std::string& value);
+    // The prepared INSERT of a table, kept for the next row; nullptr when it cannot be prepared.
+    SqlStatement* insertStatement(TableType type);
     int executeInsertCommand(TableType type, const std::vector<std::string>& keyTexts,
                              const ParameterValues* values, const std::string& customName,
                              int64_t rowId, ParameterValues* writeBack);
@@ -148,6 +150,8 @@ private:
     // Changes committed by other connections move this; a move makes every cached count stale.
     int64_t mCountedDataVersion = 0;
     std::unique_ptr<SqlStatement> mDataVersionStmt;
+    // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.
+    std::unique_ptr<SqlStatement> mInsertStmts[kTableTypeCount];
 };
 
 }  // namespace korvi
