@@ -9,6 +9,7 @@
 #include "common/DeviceRoot.h"
 #include "common/IntText.h"
 #include "store/Provider.h"
+#include "store/RowRewrite.h"
 #include "store/SqlStatement.h"
 
 namespace korvi {
@@ -104,6 +105,11 @@ bool DatabaseHelper::checkOpen() const {
     return true;
 }
 
+void DatabaseHelper::logPrepareFailure(const std::string& sql) const {
+    ALOGD("failed to prepare SQL : %s", sql.c_str());
+    ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+}
+
 int DatabaseHelper::stepToDone(SqlStatement& stmt, const std::string& sql) {
     const int rc = stmt.step();
     if (rc != SQLITE_DONE) {
@@ -120,8 +126,7 @@ int DatabaseHelper::runSql(const std::string& sql) {
     if (!checkOpen()) return 1;
     SqlStatement stmt(mDb, sql);
     if (!stmt.isValid()) {
-        ALOGD("failed to prepare SQL : %s", sql.c_str());
-        ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+        logPrepareFailure(sql);
         return 1;
     }
     return stepToDone(stmt, sql);
@@ -269,8 +274,7 @@ int DatabaseHelper::deleteRows(const TableSchema& schema, const std::string& sql
     if (!checkOpen()) return 1;
     SqlStatement stmt(mDb, sql);
     if (!stmt.isValid()) {
-        ALOGD("failed to prepare SQL : %s", sql.c_str());
-        ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+        logPrepareFailure(sql);
         return 1;
     }
     for (size_t i = 0; i < binds.size(); ++i) stmt.bindText(static_cast<int>(i) + 1, binds[i]);
@@ -301,8 +305,7 @@ SqlStatement* DatabaseHelper::insertStatement(TableType type) {
         const std::string& sql = insertSql(type);
         stmt = std::make_unique<SqlStatement>(mDb, sql);
         if (!stmt->isValid()) {
-            ALOGD("failed to prepare SQL : %s", sql.c_str());
-            ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+            logPrepareFailure(sql);
             stmt.reset();
         }
     }
@@ -355,8 +358,7 @@ int DatabaseHelper::updateConfigurationValue(const std::string& key, const std::
             "UPDATE " + schemaOf(TABLE_CONFIGURATION).name + " SET value=? WHERE key=?";
     SqlStatement stmt(mDb, sql);
     if (!stmt.isValid()) {
-        ALOGD("failed to prepare SQL : %s", sql.c_str());
-        ALOGD("%s(): %s", __func__, sqlite3_errmsg(mDb));
+        logPrepareFailure(sql);
         return 1;
     }
     stmt.bindText(1, value);
@@ -623,54 +625,36 @@ int DatabaseHelper::queryDeviceTunings(const std::string& port,
 
 // ---- delete-and-insert updates ----
 
-namespace {
-
-// The delete and the insert of one rewrite stand or fall together, inside a caller's
-// transaction or not: a crash in between must not lose the user's row.
-class RewriteScope {
-public:
-    explicit RewriteScope(sqlite3* db) : mDb(db) {
-        mActive = sqlite3_exec(mDb, "SAVEPOINT rewrite_row", nullptr, nullptr, nullptr) == SQLITE_OK;
+int DatabaseHelper::rewriteRow(TableType type, const std::string& customName,
+                               const std::string& extraWhere, std::vector<std::string> binds,
+                               const std::function<int()>& insert) {
+    if (customName == Provider::kDefaultName) {
+        ALOGE("the default value can't be updated, %d", __LINE__);
     }
-    ~RewriteScope() {
-        if (!mActive) return;
-        if (!mDone) sqlite3_exec(mDb, "ROLLBACK TO rewrite_row", nullptr, nullptr, nullptr);
-        sqlite3_exec(mDb, "RELEASE rewrite_row", nullptr, nullptr, nullptr);
+    if (!checkOpen()) return 1;
+    const TableSchema& schema = schemaOf(type);
+    RowRewrite rewrite(mDb);
+    if (rewrite.isActive() &&
+        deleteRows(schema,
+                   "DELETE FROM " + schema.name + " WHERE custom_name=? AND profile_id=?" +
+                           extraWhere,
+                   binds) == 0 &&
+        insert() == 0) {
+        rewrite.commit();
+        return 0;
     }
-    RewriteScope(const RewriteScope&) = delete;
-    RewriteScope& operator=(const RewriteScope&) = delete;
-
-    bool isActive() const { return mActive; }
-    void done() { mDone = true; }
-
-private:
-    sqlite3* mDb;
-    bool mActive = false;
-    bool mDone = false;
-};
-
-}  // namespace
+    forgetRowCounts();  // the rewrite was rolled back
+    return 1;
+}
 
 int DatabaseHelper::updateGeqValue(GeqPreset* preset, const std::string& customName) {
     if (preset == nullptr) {
         ALOGE("invalid value");
         return 1;
     }
-    if (customName == Provider::kDefaultName) {
-        ALOGE("the default value can't be updated, %d", __LINE__);
-    }
-    if (!checkOpen()) return 1;
-    const TableSchema& schema = schemaOf(TABLE_GEQ_PRESETS);
-    RewriteScope scope(mDb);
-    if (scope.isActive() &&
-        deleteRows(schema, "DELETE FROM " + schema.name + " WHERE custom_name=? AND profile_id=?",
-                   {customName, int2String(preset->getProfileId())}) == 0 &&
-        insertValue(preset, customName, preset->getId()) == 0) {
-        scope.done();
-        return 0;
-    }
-    forgetRowCounts();
-    return 1;
+    return rewriteRow(TABLE_GEQ_PRESETS, customName, "",
+                      {customName, int2String(preset->getProfileId())},
+                      [&] { return insertValue(preset, customName, preset->getId()); });
 }
 
 int DatabaseHelper::updateProfileValue(Profile* profile, const std::string& customName) {
@@ -678,21 +662,9 @@ int DatabaseHelper::updateProfileValue(Profile* profile, const std::string& cust
         ALOGE("invalid value");
         return 1;
     }
-    if (customName == Provider::kDefaultName) {
-        ALOGE("the default value can't be updated, %d", __LINE__);
-    }
-    if (!checkOpen()) return 1;
-    const TableSchema& schema = schemaOf(TABLE_PROFILES);
-    RewriteScope scope(mDb);
-    if (scope.isActive() &&
-        deleteRows(schema, "DELETE FROM " + schema.name + " WHERE custom_name=? AND profile_id=?",
-                   {customName, int2String(profile->getProfileId())}) == 0 &&
-        insertValue(profile, customName, profile->getId()) == 0) {
-        scope.done();
-        return 0;
-    }
-    forgetRowCounts();
-    return 1;
+    return rewriteRow(TABLE_PROFILES, customName, "",
+                      {customName, int2String(profile->getProfileId())},
+                      [&] { return insertValue(profile, customName, profile->getId()); });
 }
 
 int DatabaseHelper::updateProfileEndpointValue(ProfileEndpoint* endpoint,
@@ -701,24 +673,10 @@ int DatabaseHelper::updateProfileEndpointValue(ProfileEndpoint* endpoint,
         ALOGE("invalid value");
         return 1;
     }
-    if (customName == Provider::kDefaultName) {
-        ALOGE("the default value can't be updated, %d", __LINE__);
-    }
-    if (!checkOpen()) return 1;
-    const TableSchema& schema = schemaOf(TABLE_PROFILE_ENDPOINTS);
-    RewriteScope scope(mDb);
-    if (scope.isActive() &&
-        deleteRows(schema,
-                   "DELETE FROM " + schema.name +
-                           " WHERE custom_name=? AND profile_id=? AND endpoint=?",
-                   {customName, int2String(endpoint->getProfileId()),
-                    endpointName(endpoint->getEndpoint())}) == 0 &&
-        insertValue(endpoint, customName, endpoint->getId()) == 0) {
-        scope.done();
-        return 0;
-    }
-    forgetRowCounts();
-    return 1;
+    return rewriteRow(TABLE_PROFILE_ENDPOINTS, customName, " AND endpoint=?",
+                      {customName, int2String(endpoint->getProfileId()),
+                       endpointName(endpoint->getEndpoint())},
+                      [&] { return insertValue(endpoint, customName, endpoint->getId()); });
 }
 
 }  // namespace korvi

@@ -10,6 +10,7 @@
 #include <sqlite3.h>
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -116,6 +117,7 @@ public:
 
 private:
     bool checkOpen() const;
+    void logPrepareFailure(const std::string& sql) const;
     int runSql(const std::string& sql);
     int stepToDone(SqlStatement& stmt, const std::string& sql);
     int updateConfigurationValue(const std::string& key, const std::string& value);
@@ -124,6 +126,10 @@ private:
     int executeInsertCommand(TableType type, const std::vector<std::string>& keyTexts,
                              const ParameterValues* values, const std::string& customName,
                              int64_t rowId, ParameterValues* writeBack);
+    // Deletes the rows of one profile (and whatever extraWhere adds) under customName and
+    // inserts the record again, both or neither.
+    int rewriteRow(TableType type, const std::string& customName, const std::string& extraWhere,
+                   std::vector<std::string> binds, const std::function<int()>& insert);
     int deleteRows(const TableSchema& schema, const std::string& sql,
                    const std::vector<std::string>& binds);
     // Runs a SELECT with bound values and hands every row over as RowData; 1 when the statement

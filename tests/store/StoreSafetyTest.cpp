@@ -140,6 +140,33 @@ TEST(StoreSafety, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
     EXPECT_EQ(raw.count("tunings"), 1);
 }
 
+TEST(StoreSafety, ARewriteWhoseInsertFailsKeepsTheOldRow) {
+    TempDeviceRoot root;
+    DatabaseHelper db("wem_sqlite3.db");
+    ASSERT_EQ(db.init(), 0);
+    RawDb raw(db.getPath());
+    Profile profile(0, "kept", false);
+    ASSERT_EQ(db.insertValue(&profile, Provider::kCustomName, -1), 0);
+    // The file refuses the insert half of the rewrite, after its delete went through.
+    raw.exec("CREATE TRIGGER refuse BEFORE INSERT ON profiles WHEN NEW.name = 'boom' "
+             "BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    profile.setName("boom");
+    EXPECT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 1);
+    EXPECT_EQ(raw.rows("SELECT _id, name FROM profiles"), (std::vector<Row>{{"1", "kept"}}));
+    Profile next(1, "next", false);
+    ASSERT_EQ(db.insertValue(&next, Provider::kCustomName, -1), 0);
+    EXPECT_EQ(next.getId(), 2);
+
+    // The same inside an open transaction: the transaction goes on and commits the rest.
+    ASSERT_EQ(db.beginTransaction(), 0);
+    Profile inside(2, "inside", false);
+    ASSERT_EQ(db.insertValue(&inside, Provider::kCustomName, -1), 0);
+    EXPECT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 1);
+    ASSERT_EQ(db.commitTransaction(), 0);
+    EXPECT_EQ(raw.rows("SELECT _id, name FROM profiles ORDER BY _id"),
+              (std::vector<Row>{{"1", "kept"}, {"2", "next"}, {"3", "inside"}}));
+}
+
 TEST(StoreSafety, ABatchNeverCommittedLeavesTheOldContent) {
     TempDeviceRoot root;
     const std::string path = root.path("data/vendor/korvi/wem_sqlite3.db");
