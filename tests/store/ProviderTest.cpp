@@ -4,6 +4,7 @@
 
 #include <android/log.h>
 
+#include <filesystem>
 #include <memory>
 
 #include "store/DatabaseHelper.h"
@@ -294,6 +295,46 @@ TEST_F(ProviderTest, IeqPresetsComeFromTheDefaultRowsAndAreCached) {
     EXPECT_EQ(provider->loadIeqPreset(2), warm);
     EXPECT_EQ(provider->loadIeqPreset(0)->getName(), "off");
     EXPECT_EQ(provider->loadIeqPreset(7), nullptr);
+}
+
+TEST_F(ProviderTest, AFailedReadLeavesTheCachedRecordAsItWas) {
+    ASSERT_TRUE(provider->init());
+    Profile* profile = provider->loadProfile(0);
+    ASSERT_NE(profile, nullptr);
+    profile->set(VOLUME_MODELER_ENABLE, {42});
+    profile->setDirty(false);
+    raw->exec("DELETE FROM profiles WHERE profile_id='0'");
+    EXPECT_EQ(provider->reset(profile), profile);
+    EXPECT_EQ(profile->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{42});
+    EXPECT_FALSE(profile->isDirty());
+    EXPECT_EQ(provider->loadProfile(0), profile);
+    EXPECT_EQ(profile->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{42});
+    EXPECT_EQ(profile->getName(), "Dynamic");
+}
+
+TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
+    TempDeviceRoot root;
+    std::filesystem::remove_all(root.path("data/vendor/korvi"));
+    LogCapture logs;
+    Provider provider(std::make_unique<DatabaseHelper>("wem_sqlite3.db"));
+    EXPECT_EQ(provider.initDatabase(), 1);
+    EXPECT_FALSE(provider.init());
+    EXPECT_EQ(provider.getNumOfProfiles(), 0);
+    EXPECT_EQ(provider.getSelectedProfile(), -1);
+    EXPECT_EQ(provider.getDefaultXmlSignature(), "");
+    EXPECT_EQ(provider.setDefaultXmlSignature("x"), 1);
+    EXPECT_EQ(provider.setSfxOn(false), 1);
+    EXPECT_EQ(provider.beginTransaction(), 1);
+    Profile profile(0, "p", false);
+    EXPECT_EQ(provider.create(&profile), 1);
+    EXPECT_TRUE(profile.isDirty());
+    EXPECT_EQ(provider.save(&profile), 1);
+    EXPECT_TRUE(profile.isDirty());
+    EXPECT_TRUE(provider.loadDeviceTuningsForPort(PORT_USB).empty());
+    EXPECT_EQ(provider.loadTuningForDevice("default_usb"), nullptr);
+    EXPECT_EQ(provider.loadIeqPreset(0), nullptr);
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "DatabaseHelper", "the db is not open..."));
+    EXPECT_FALSE(std::filesystem::exists(root.path("data/vendor/korvi")));
 }
 
 TEST_F(ProviderTest, APortOutsideTheKnownOnesEndsTheProcess) {
