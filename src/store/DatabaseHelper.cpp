@@ -9,6 +9,7 @@
 #include "common/DeviceRoot.h"
 #include "common/IntText.h"
 #include "store/Provider.h"
+#include "store/RowCountCache.h"
 #include "store/RowRewrite.h"
 #include "store/SqlStatement.h"
 
@@ -54,24 +55,19 @@ const TableSchema& schemaOf(TableType type) {
     return *TableSchema::forType(type);
 }
 
-// "INSERT INTO <table> VALUES(?,...)", one placeholder per column; built once per table.
+// "INSERT INTO <table> VALUES(?,...)", one placeholder per column; built once per process.
 const std::string& insertSql(TableType type) {
-    static std::string kSql[kTableTypeCount];
-    std::string& sql = kSql[type];
-    if (sql.empty()) {
-        const TableSchema& schema = schemaOf(type);
-        sql = "INSERT INTO " + schema.name + " VALUES(?";
-        for (size_t i = 0; i < schema.textColumnCount(); ++i) sql += ",?";
-        sql += ")";
-    }
-    return sql;
-}
-
-bool isKnownTable(const std::string& table) {
-    for (int type = 0; type < kTableTypeCount; ++type) {
-        if (TableSchema::forType(type)->name == table) return true;
-    }
-    return false;
+    static const std::vector<std::string> kSql = [] {
+        std::vector<std::string> all;
+        for (int t = 0; t < kTableTypeCount; ++t) {
+            const TableSchema& schema = *TableSchema::forType(t);
+            std::string sql = "INSERT INTO " + schema.name + " VALUES(?";
+            for (size_t i = 0; i < schema.textColumnCount(); ++i) sql += ",?";
+            all.push_back(sql + ")");
+        }
+        return all;
+    }();
+    return kSql[static_cast<size_t>(type)];
 }
 
 }  // namespace
@@ -84,6 +80,7 @@ DatabaseHelper::DatabaseHelper(const std::string& fileName)
         sqlite3_close_v2(mDb);
         mDb = nullptr;
     }
+    mRowCounts = std::make_unique<RowCountCache>(mDb);
     for (int i = 0; i < kParameterCount; ++i) {
         mParameterNames.emplace(kParameterNames[i], static_cast<Parameter>(i));
     }
@@ -92,7 +89,7 @@ DatabaseHelper::DatabaseHelper(const std::string& fileName)
 DatabaseHelper::~DatabaseHelper() {
     // The cached statement goes before the connection it belongs to. A transaction still open
     // here is rolled back by SQLite: a batch that was never committed leaves the old content.
-    mDataVersionStmt.reset();
+    mRowCounts->close();
     for (auto& stmt : mInsertStmts) stmt.reset();
     if (mDb != nullptr) sqlite3_close_v2(mDb);
 }
@@ -116,7 +113,7 @@ int DatabaseHelper::stepToDone(SqlStatement& stmt, const std::string& sql) {
         ALOGE("failed to exec SQL: %s", sql.c_str());
         ALOGE("%s(): %s (%d)", __func__, sqlite3_errmsg(mDb), rc);
         // A failed statement may have rolled back a whole transaction: count again.
-        forgetRowCounts();
+        mRowCounts->forgetAll();
         return 1;
     }
     return 0;
@@ -135,39 +132,16 @@ int DatabaseHelper::runSql(const std::string& sql) {
 int DatabaseHelper::execSQL(const std::string& sql) {
     const int result = runSql(sql);
     // Free SQL may have changed any table (or rolled a transaction back): count again.
-    forgetRowCounts();
+    mRowCounts->forgetAll();
     return result;
-}
-
-int64_t DatabaseHelper::dataVersion() {
-    if (!mDataVersionStmt) {
-        mDataVersionStmt = std::make_unique<SqlStatement>(mDb, "PRAGMA data_version");
-    }
-    if (!mDataVersionStmt->isValid()) return -1;
-    int64_t version = -1;
-    if (mDataVersionStmt->step() == SQLITE_ROW) version = mDataVersionStmt->columnInt64(0);
-    mDataVersionStmt->reset();
-    return version;
-}
-
-void DatabaseHelper::rememberRowCount(const std::string& table, int count) {
-    if (!isKnownTable(table)) return;
-    if (mRowCounts.empty()) mCountedDataVersion = dataVersion();
-    mRowCounts[table] = count;
-}
-
-void DatabaseHelper::adjustRowCount(const std::string& table, int delta) {
-    auto it = mRowCounts.find(table);
-    if (it != mRowCounts.end()) it->second += delta;
 }
 
 int DatabaseHelper::getRowCount(const std::string& table) {
     if (!checkOpen()) return 0;
-    if (!mRowCounts.empty() && dataVersion() != mCountedDataVersion) forgetRowCounts();
-    auto cached = mRowCounts.find(table);
-    if (cached != mRowCounts.end()) return cached->second;
+    int count = 0;
+    if (mRowCounts->lookup(table, count)) return count;
 
-    const int64_t version = dataVersion();
+    const int64_t version = mRowCounts->dataVersion();
     const std::string sql = "SELECT COUNT(*) FROM " + table;
     SqlStatement stmt(mDb, sql);
     if (!stmt.isValid()) {
@@ -178,12 +152,8 @@ int DatabaseHelper::getRowCount(const std::string& table) {
         ALOGE("failed to exec SQL: %s", sql.c_str());
         return 0;
     }
-    const int count = static_cast<int>(stmt.columnInt64(0));
-    // Only the seven tables are kept: their inserts and deletes are the ones accounted for.
-    if (isKnownTable(table)) {
-        if (mRowCounts.empty()) mCountedDataVersion = version;
-        mRowCounts[table] = count;
-    }
+    count = static_cast<int>(stmt.columnInt64(0));
+    mRowCounts->remember(table, count, version);
     return count;
 }
 
@@ -237,7 +207,7 @@ int DatabaseHelper::createTable(int type) {
     // Statements prepared against an earlier table of that name are not reused.
     mInsertStmts[type].reset();
     if (runSql("CREATE TABLE " + schema->name + buildColumnString(type)) != 0) return 1;
-    rememberRowCount(schema->name, 0);
+    mRowCounts->remember(schema->name, 0, mRowCounts->dataVersion());
     return 0;
 }
 
@@ -256,7 +226,7 @@ int DatabaseHelper::clear() {
             result = 1;
             continue;
         }
-        mRowCounts.erase(table);
+        mRowCounts->forget(table);
     }
     return result;
 }
@@ -279,7 +249,7 @@ int DatabaseHelper::deleteRows(const TableSchema& schema, const std::string& sql
     }
     for (size_t i = 0; i < binds.size(); ++i) stmt.bindText(static_cast<int>(i) + 1, binds[i]);
     if (stepToDone(stmt, sql) != 0) return 1;
-    adjustRowCount(schema.name, -sqlite3_changes(mDb));
+    mRowCounts->adjust(schema.name, -sqlite3_changes(mDb));
     return 0;
 }
 
@@ -329,7 +299,7 @@ int DatabaseHelper::insertConfigurationValue(const std::string& key, const std::
     const int result = stepToDone(*stmt, insertSql(TABLE_CONFIGURATION));
     stmt->reset();
     if (result != 0) return 1;
-    adjustRowCount(table, 1);
+    mRowCounts->adjust(table, 1);
     return 0;
 }
 
@@ -410,7 +380,7 @@ int DatabaseHelper::executeInsertCommand(TableType type, const std::vector<std::
     const int result = stepToDone(*stmt, insertSql(type));
     stmt->reset();  // a kept statement must not hold the table between rows
     if (result != 0) return 1;
-    adjustRowCount(schema.name, 1);
+    mRowCounts->adjust(schema.name, 1);
     if (writeBack != nullptr && rowId < 1) RecordIdAccess::setId(*writeBack, id);
     return 0;
 }
@@ -481,33 +451,29 @@ int DatabaseHelper::insertValue(DeviceTuning* deviceTuning, const std::string& c
                                 nullptr, customName, deviceTuning->getId(), nullptr);
 }
 
-int DatabaseHelper::queryIeqPresetNames(std::vector<std::string>& names,
-                                        const std::string& customName) {
+int DatabaseHelper::queryNames(TableType type, std::vector<std::string>& names,
+                               const std::string& customName, int line) {
     std::vector<RowData> rows;
-    int result = queryRows("SELECT * FROM " + schemaOf(TABLE_IEQ_PRESETS).name +
-                                   " WHERE custom_name=?",
-                           {customName}, rows, __LINE__);
+    const int result = queryRows("SELECT * FROM " + schemaOf(type).name + " WHERE custom_name=?",
+                                 {customName}, rows, line);
     for (const RowData& row : rows) names.push_back(textOf(row, "name"));
     return result;
 }
 
+int DatabaseHelper::queryIeqPresetNames(std::vector<std::string>& names,
+                                        const std::string& customName) {
+    return queryNames(TABLE_IEQ_PRESETS, names, customName, __LINE__);
+}
+
 int DatabaseHelper::queryProfileNames(std::vector<std::string>& names,
                                       const std::string& customName) {
-    std::vector<RowData> rows;
-    int result = queryRows("SELECT * FROM " + schemaOf(TABLE_PROFILES).name +
-                                   " WHERE custom_name=?",
-                           {customName}, rows, __LINE__);
-    for (const RowData& row : rows) names.push_back(textOf(row, "name"));
-    return result;
+    return queryNames(TABLE_PROFILES, names, customName, __LINE__);
 }
 
 int DatabaseHelper::querySingleRow(TableType type, const std::string& where,
                                    const std::vector<std::string>& binds, RowData& row, int line) {
     std::vector<RowData> rows;
-    if (queryRows("SELECT * FROM " + schemaOf(type).name + where, binds, rows, line) != 0 &&
-        rows.empty()) {
-        return 1;
-    }
+    queryRows("SELECT * FROM " + schemaOf(type).name + where, binds, rows, line);
     if (rows.empty()) return 1;
     row = std::move(rows.front());
     return 0;
@@ -643,7 +609,7 @@ int DatabaseHelper::rewriteRow(TableType type, const std::string& customName,
         rewrite.commit();
         return 0;
     }
-    forgetRowCounts();  // the rewrite was rolled back
+    mRowCounts->forgetAll();  // the rewrite was rolled back
     return 1;
 }
 

@@ -27,6 +27,7 @@
 
 namespace korvi {
 
+class RowCountCache;
 class SqlStatement;
 
 // One result row: column name -> column text.
@@ -136,26 +137,19 @@ private:
     // cannot be prepared.
     int queryRows(const std::string& sql, const std::vector<std::string>& binds,
                   std::vector<RowData>& rows, int line);
+    int queryNames(TableType type, std::vector<std::string>& names, const std::string& customName,
+                   int line);
     int querySingleRow(TableType type, const std::string& where,
                        const std::vector<std::string>& binds, RowData& row, int line);
     std::map<Parameter, std::vector<int>> valuesOf(const RowData& row) const;
-
-    // Row-count cache bookkeeping.
-    int64_t dataVersion();
-    void rememberRowCount(const std::string& table, int count);
-    void adjustRowCount(const std::string& table, int delta);
-    void forgetRowCounts() { mRowCounts.clear(); }
 
     std::string mDatabaseDir;
     std::string mPath;
     std::map<std::string, Parameter> mParameterNames;
     sqlite3* mDb = nullptr;
 
-    // Exact row counts of the tables this connection alone has changed since they were counted.
-    std::map<std::string, int> mRowCounts;
-    // Changes committed by other connections move this; a move makes every cached count stale.
-    int64_t mCountedDataVersion = 0;
-    std::unique_ptr<SqlStatement> mDataVersionStmt;
+    // Keeps row ids "row count + 1" without counting the table for every insert.
+    std::unique_ptr<RowCountCache> mRowCounts;
     // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.
     std::unique_ptr<SqlStatement> mInsertStmts[kTableTypeCount];
 };
