@@ -5,6 +5,7 @@
 #include <log/log.h>
 
 #include <cstdlib>
+#include <mutex>
 
 #include "common/DeviceRoot.h"
 #include "common/IntText.h"
@@ -108,6 +109,7 @@ void DatabaseHelper::logPrepareFailure(const std::string& sql) const {
 }
 
 int DatabaseHelper::stepToDone(SqlStatement& stmt, const std::string& sql) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     const int rc = stmt.step();
     if (rc != SQLITE_DONE) {
         ALOGE("failed to exec SQL: %s", sql.c_str());
@@ -130,6 +132,7 @@ int DatabaseHelper::runSql(const std::string& sql) {
 }
 
 int DatabaseHelper::execSQL(const std::string& sql) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     const int result = runSql(sql);
     // Free SQL may have changed any table (or rolled a transaction back): count again.
     mRowCounts->forgetAll();
@@ -137,6 +140,7 @@ int DatabaseHelper::execSQL(const std::string& sql) {
 }
 
 int DatabaseHelper::getRowCount(const std::string& table) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     if (!checkOpen()) return 0;
     int count = 0;
     if (mRowCounts->lookup(table, count)) return count;
@@ -199,6 +203,7 @@ std::string DatabaseHelper::buildColumnString(int type) const {
 }
 
 int DatabaseHelper::createTable(int type) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     const TableSchema* schema = TableSchema::forType(type);
     if (schema == nullptr) {
         ALOGE("%s(): no table of type %d", __func__, type);
@@ -218,6 +223,7 @@ int DatabaseHelper::init() {
 }
 
 int DatabaseHelper::clear() {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     int result = 0;
     for (TableType type : kTablesInNameOrder) {
         const std::string& table = schemaOf(type).name;
@@ -241,6 +247,7 @@ int DatabaseHelper::commitTransaction() {
 
 int DatabaseHelper::deleteRows(const TableSchema& schema, const std::string& sql,
                                const std::vector<std::string>& binds) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     if (!checkOpen()) return 1;
     SqlStatement stmt(mDb, sql);
     if (!stmt.isValid()) {
@@ -285,6 +292,7 @@ SqlStatement* DatabaseHelper::insertStatement(TableType type) {
 // ---- configuration table ----
 
 int DatabaseHelper::insertConfigurationValue(const std::string& key, const std::string& value) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     if (mDb == nullptr) {
         ALOGE("db is not connected");
         return 1;
@@ -354,6 +362,7 @@ int DatabaseHelper::executeInsertCommand(TableType type, const std::vector<std::
                                          const ParameterValues* values,
                                          const std::string& customName, int64_t rowId,
                                          ParameterValues* writeBack) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     const TableSchema& schema = schemaOf(type);
     LOG_ALWAYS_FATAL_IF(keyTexts.size() + 1 != schema.keyColumns.size(),
                         "%s: %zu key texts for table %s", __func__, keyTexts.size(),
@@ -594,6 +603,7 @@ int DatabaseHelper::queryDeviceTunings(const std::string& port,
 int DatabaseHelper::rewriteRow(TableType type, const std::string& customName,
                                const std::string& extraWhere, std::vector<std::string> binds,
                                const std::function<int()>& insert) {
+    std::lock_guard<std::recursive_mutex> guard(mCacheLock);
     if (customName == Provider::kDefaultName) {
         ALOGE("the default value can't be updated, %d", __LINE__);
     }

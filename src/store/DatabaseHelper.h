@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <vector>
 
@@ -148,6 +149,9 @@ private:
     std::map<std::string, Parameter> mParameterNames;
     sqlite3* mDb = nullptr;
 
+    // SQLite serialises each call, but not a count followed by an insert, nor the binds and the
+    // step of a kept statement: this lock does, for the state the helper keeps itself.
+    std::recursive_mutex mCacheLock;
     // Keeps row ids "row count + 1" without counting the table for every insert.
     std::unique_ptr<RowCountCache> mRowCounts;
     // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.

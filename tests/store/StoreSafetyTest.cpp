@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <memory>
+#include <thread>
 
 #include "store/DatabaseHelper.h"
 #include "store/Provider.h"
@@ -138,6 +139,44 @@ TEST(StoreSafety, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
     ASSERT_EQ(db.init(), 0);
     expectNextIdIsCountPlusOne(db, raw, "clear");
     EXPECT_EQ(raw.count("tunings"), 1);
+}
+
+TEST(StoreSafety, InsertsFromTwoThreadsGetDistinctIdsAndIntactRows) {
+    TempDeviceRoot root;
+    DatabaseHelper db("wem_sqlite3.db");
+    ASSERT_EQ(db.init(), 0);
+    constexpr int kPerThread = 300;
+    ASSERT_EQ(db.beginTransaction(), 0);
+    auto insertMany = [&db](int thread) {
+        for (int i = 0; i < kPerThread; ++i) {
+            Tuning tuning("t" + std::to_string(thread) + "_" + std::to_string(i), SPEAKER, thread == 1);
+            tuning.set(OUTPUT_MIX_MATRIX, {thread, i, thread * 1000 + i});
+            EXPECT_EQ(db.insertValue(&tuning, Provider::kDefaultName), 0);
+            if (i % 50 == 0) {
+                Profile profile(thread * 1000 + i, "p", false);
+                EXPECT_EQ(db.insertValue(&profile, Provider::kCustomName, -1), 0);
+                EXPECT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 0);
+            }
+        }
+    };
+    std::thread first(insertMany, 0), second(insertMany, 1);
+    first.join();
+    second.join();
+    ASSERT_EQ(db.commitTransaction(), 0);
+
+    RawDb raw(db.getPath());
+    EXPECT_EQ(raw.count("tunings"), 2 * kPerThread);
+    EXPECT_EQ(raw.value("SELECT COUNT(DISTINCT _id) FROM tunings"), std::to_string(2 * kPerThread));
+    EXPECT_EQ(raw.value("SELECT MIN(_id) || '-' || MAX(_id) FROM tunings"), "1-" + std::to_string(2 * kPerThread));
+    // Every row holds its own record's texts, none mixed with another's.
+    for (const Row& row : raw.rows("SELECT name, is_mono, output_mix_matrix FROM tunings")) {
+        const int thread = row[0][1] - '0';
+        const int i = std::stoi(row[0].substr(3));
+        EXPECT_EQ(row[1], thread == 1 ? "1" : "0") << row[0];
+        EXPECT_EQ(row[2], std::to_string(thread) + "," + std::to_string(i) + "," +
+                                  std::to_string(thread * 1000 + i)) << row[0];
+    }
+    EXPECT_EQ(raw.value("SELECT COUNT(DISTINCT _id) FROM profiles"), std::to_string(2 * kPerThread / 50));
 }
 
 TEST(StoreSafety, ARewriteWhoseInsertFailsKeepsTheOldRow) {
