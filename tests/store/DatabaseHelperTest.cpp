@@ -195,6 +195,11 @@ TEST_F(DatabaseHelperTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchan
     EXPECT_EQ(profile.mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
     EXPECT_TRUE(profile.mValues.at(CUSTOM_DRC_METADATA).empty());
 
+    // Lists written by hand with blanks read back the same.
+    RawDb(path).exec("UPDATE profiles SET reverb_suppression_amount='1, -2,3' WHERE profile_id='2'");
+    ASSERT_EQ(db->queryProfileValue("2", "default", &profile), 0);
+    EXPECT_EQ(profile.mValues.at(REVERB_SUPPRESSION_AMOUNT), (std::vector<int>{1, -2, 3}));
+
     ProfileEndpoint endpoint(2, SPEAKER, 0);
     ASSERT_EQ(db->queryEndpointValue("2", "speaker", "custom", &endpoint), 0);
     EXPECT_EQ(endpoint.getSelectedIeqPreset(), 3);
