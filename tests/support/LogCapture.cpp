@@ -1,12 +1,14 @@
 #include "support/LogCapture.h"
 
+#include <atomic>
 #include <cstdio>
 
 namespace korvi::test {
 
 namespace {
-LogCapture* sActive = nullptr;
-std::mutex sActiveLock;
+// The capture lines go to. Swapped without holding a lock of ours while liblog's own lock may be
+// taken (liblog calls the logger under its lock), so the two locks are never taken in both orders.
+std::atomic<LogCapture*> sActive{nullptr};
 
 char priorityLetter(int priority) {
     switch (priority) {
@@ -22,23 +24,21 @@ char priorityLetter(int priority) {
 }  // namespace
 
 LogCapture::LogCapture(bool echo) : mEcho(echo) {
-    std::lock_guard<std::mutex> lock(sActiveLock);
-    sActive = this;
+    sActive.store(this);
     mOldPriority = __android_log_set_minimum_priority(ANDROID_LOG_VERBOSE);
     __android_log_set_logger(&LogCapture::logger);
 }
 
 LogCapture::~LogCapture() {
-    std::lock_guard<std::mutex> lock(sActiveLock);
     __android_log_set_logger(__android_log_stderr_logger);
     __android_log_set_minimum_priority(mOldPriority);
-    sActive = nullptr;
+    sActive.store(nullptr);
 }
 
 void LogCapture::logger(const struct __android_logger_data* data, const char* message) {
-    std::lock_guard<std::mutex> lock(sActiveLock);
-    if (sActive != nullptr) {
-        sActive->record(data, message);
+    LogCapture* active = sActive.load();
+    if (active != nullptr) {
+        active->record(data, message);
     } else {
         __android_log_stderr_logger(data, message);
     }
