@@ -19,6 +19,8 @@ public:
     virtual bool isDirty() const { return mDirty; }
     virtual void setDirty(bool dirty) { mDirty = dirty; }
     virtual ~ParameterValues() = default;
+    // The settings store writes the row id it gave a record back into it.
+    void setId(int64_t id) { mId = id; }
     // The parameters this kind of record admits; checkAndUpdate refuses every other one.
     virtual const std::set<Parameter>& getValidParams() const = 0;
 

@@ -26,14 +26,6 @@ constexpr TableType kTablesInNameOrder[] = {
     TABLE_TUNINGS,     TABLE_DEVICE_TUNINGS, TABLE_CONFIGURATION,
 };
 
-// The records learn their row id from the insert that gave it to them. The id is a protected
-// field of every record; this accessor reaches it the way a derived record class may.
-struct RecordIdAccess : ParameterValues {
-    static void setId(ParameterValues& record, int64_t id) {
-        record.*(&RecordIdAccess::mId) = id;
-    }
-};
-
 const std::string& textOf(const RowData& row, const char* column) {
     static const std::string kEmpty;
     auto it = row.find(column);
@@ -390,7 +382,7 @@ int DatabaseHelper::executeInsertCommand(TableType type, const std::vector<std::
     stmt->reset();  // a kept statement must not hold the table between rows
     if (result != 0) return 1;
     mRowCounts->adjust(schema.name, 1);
-    if (writeBack != nullptr && rowId < 1) RecordIdAccess::setId(*writeBack, id);
+    if (writeBack != nullptr && rowId < 1) writeBack->setId(id);
     return 0;
 }
 
@@ -510,7 +502,7 @@ int DatabaseHelper::queryIeqValue(const std::string& presetId, const std::string
         return 1;
     }
     ALOGD("ieqId: %s, name: %s", presetId.c_str(), textOf(row, "name").c_str());
-    RecordIdAccess::setId(*preset, int64Of(textOf(row, "_id")));
+    preset->setId(int64Of(textOf(row, "_id")));
     preset->setName(textOf(row, "name"));
     // The preset's own id stays among its values: it has no column of its own.
     std::map<Parameter, std::vector<int>> values = valuesOf(row);
@@ -529,7 +521,7 @@ int DatabaseHelper::queryGeqValue(const std::string& profileId, const std::strin
         ALOGE("GeqPreset doesn't exist!");
         return 1;
     }
-    RecordIdAccess::setId(*preset, int64Of(textOf(row, "_id")));
+    preset->setId(int64Of(textOf(row, "_id")));
     preset->mValues = valuesOf(row);
     return 0;
 }
@@ -544,7 +536,7 @@ int DatabaseHelper::queryProfileValue(const std::string& profileId, const std::s
         ALOGE("Profile doesn't exist!");
         return 1;
     }
-    RecordIdAccess::setId(*profile, int64Of(textOf(row, "_id")));
+    profile->setId(int64Of(textOf(row, "_id")));
     profile->setName(textOf(row, "name"));
     profile->setMobility(boolOf(textOf(row, "is_mobility")));
     profile->setSelectedGeqPreset(string2Int(textOf(row, "selected_geq_preset_id")));
@@ -564,7 +556,7 @@ int DatabaseHelper::queryEndpointValue(const std::string& profileId, const std::
         ALOGE("Endpoint doesn't exist!");
         return 1;
     }
-    RecordIdAccess::setId(*endpointRecord, int64Of(textOf(row, "_id")));
+    endpointRecord->setId(int64Of(textOf(row, "_id")));
     endpointRecord->setSelectedIeqPreset(string2Int(textOf(row, "selected_ieq_preset_id")));
     endpointRecord->mValues = valuesOf(row);
     return 0;
