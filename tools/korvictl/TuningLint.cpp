@@ -1,0 +1,332 @@
+#include "TuningLint.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "common/IntText.h"
+#include "model/Port.h"
+#include "tuning/SetterCollection.h"
+
+namespace korvi::ctl {
+
+namespace {
+
+const char* const kCanonicalIeqNames[] = {"off", "detailed", "balanced", "warm"};
+
+std::string nameOf(const xmlNode* node) {
+    return node->name != nullptr ? reinterpret_cast<const char*>(node->name) : "";
+}
+
+std::string attr(const xmlNode* node, const char* name) {
+    xmlChar* value = xmlGetProp(node, reinterpret_cast<const xmlChar*>(name));
+    if (value == nullptr) return "";
+    std::string text(reinterpret_cast<const char*>(value));
+    xmlFree(value);
+    return text;
+}
+
+std::vector<const xmlNode*> elementChildren(const xmlNode* node) {
+    std::vector<const xmlNode*> out;
+    for (const xmlNode* c = node->children; c != nullptr; c = c->next) {
+        if (c->type == XML_ELEMENT_NODE) out.push_back(c);
+    }
+    return out;
+}
+
+std::string quoted(const std::string& text) { return "\"" + text + "\""; }
+
+// Edit distance, for suggesting the value element a misspelt name was meant to be.
+size_t distance(const std::string& a, const std::string& b) {
+    std::vector<size_t> row(b.size() + 1);
+    for (size_t j = 0; j <= b.size(); ++j) row[j] = j;
+    for (size_t i = 1; i <= a.size(); ++i) {
+        size_t diagonal = row[0];
+        row[0] = i;
+        for (size_t j = 1; j <= b.size(); ++j) {
+            const size_t above = row[j];
+            row[j] = std::min({row[j] + 1, row[j - 1] + 1,
+                               diagonal + (a[i - 1] == b[j - 1] ? 0 : 1)});
+            diagonal = above;
+        }
+    }
+    return row[b.size()];
+}
+
+std::string suggestionFor(const std::string& name) {
+    std::string best;
+    size_t bestDistance = 4;  // farther than three edits is no longer a typo
+    for (const ValueSetter* setter : SetterCollection::kAllValueSetters) {
+        const std::string candidate = setter->getNodeName();
+        const size_t d = distance(name, candidate);
+        if (d < bestDistance) {
+            bestDistance = d;
+            best = candidate;
+        }
+    }
+    return best.empty() ? "" : " (did you mean <" + best + ">?)";
+}
+
+}  // namespace
+
+TuningLint::TuningLint(xmlDoc* doc, TuningFileParser& reader) : mDoc(doc), mReader(reader) {
+    const std::string version =
+            reader.getDeviceData() != nullptr ? reader.getDeviceData()->getFormatVersion() : "";
+    mFamily32 = version.compare(0, 4, "3.2.") == 0;
+    mFormat330 = version.compare(0, 5, "3.3.0") == 0;
+}
+
+bool TuningLint::namesPresetsByText() const { return mFamily32 || mFormat330; }
+
+int TuningLint::ieqPresetId(const std::string& text) {
+    return namesPresetsByText() ? mReader.getIeqPresetIdByName(text) : atoi(text.c_str());
+}
+
+void TuningLint::warn(const xmlNode* node, const std::string& kind, const std::string& message) {
+    mWarnings.push_back({xmlGetLineNo(node), kind, message});
+}
+
+std::vector<LintWarning> TuningLint::run() {
+    mWarnings.clear();
+    mTuningOrder.clear();
+    mDevices.clear();
+    mKeptTunings.clear();
+    const xmlNode* root = xmlDocGetRootElement(mDoc);
+    if (root == nullptr) return mWarnings;
+    // The root is the one element the reader enters without stepping over a child.
+    for (const xmlNode* child : elementChildren(root)) checkIndentation(child);
+    collectIeqPresetIds(root);
+    for (const xmlNode* child : elementChildren(root)) {
+        const std::string name = nameOf(child);
+        if (name == "preset") {
+            checkPreset(child);
+        } else if (name == "profile") {
+            checkProfile(child);
+        } else if (name == "tuning") {
+            checkTuning(child);
+        } else if (name != "format_version" && name != "tool_version" &&
+                   name != "authorized_technologies") {
+            warn(child, "unknown-element",
+                 "<" + name + "> is not an element of a tuning file; the service ignores it");
+        }
+    }
+    checkDevicesHaveTunings();
+    std::stable_sort(mWarnings.begin(), mWarnings.end(),
+                     [](const LintWarning& a, const LintWarning& b) { return a.line < b.line; });
+    return mWarnings;
+}
+
+void TuningLint::checkIndentation(const xmlNode* node) {
+    const xmlNode* first = node->children;
+    if (first != nullptr && first->type == XML_ELEMENT_NODE) {
+        const std::string child = "<" + nameOf(first) + ">";
+        warn(node, "not-indented",
+             "<" + nameOf(node) + "> starts with " + child +
+                     " without a line break: the reader steps over the first child node, so " +
+                     child + " is ignored");
+    }
+    for (const xmlNode* child : elementChildren(node)) checkIndentation(child);
+}
+
+// Includes may stand before the presets they select, so the ids are known first.
+void TuningLint::collectIeqPresetIds(const xmlNode* root) {
+    for (const xmlNode* child : elementChildren(root)) {
+        if (nameOf(child) == "preset" && attr(child, "type") == "ieq") {
+            mIeqPresetIds.insert(ieqPresetId(attr(child, "id")));
+        }
+    }
+}
+
+void TuningLint::checkDuplicate(FirstSeen& seen, const xmlNode* node, const std::string& key,
+                                const std::string& what) {
+    const auto [it, inserted] = seen.emplace(key, xmlGetLineNo(node));
+    if (!inserted) {
+        warn(node, "duplicate", "duplicate " + what + " (first at line " +
+                                        std::to_string(it->second) + ")");
+    }
+}
+
+void TuningLint::checkPreset(const xmlNode* preset) {
+    const std::string type = attr(preset, "type");
+    const std::string idText = attr(preset, "id");
+    if (type == "ieq") {
+        const int id = ieqPresetId(idText);
+        const std::string name = namesPresetsByText() && id >= 0 && id < 4
+                                         ? kCanonicalIeqNames[id]
+                                         : attr(preset, "name");
+        if (namesPresetsByText() && id == 0 && idText.find("off") == std::string::npos) {
+            warn(preset, "missing-ieq-preset",
+                 "IEQ preset id " + quoted(idText) +
+                         " names no IEQ preset (off, detailed, balanced, warm); the service "
+                         "makes it preset 0 \"off\"");
+        }
+        checkDuplicate(mIeqIds, preset, std::to_string(id), "IEQ preset id " + std::to_string(id));
+        checkDuplicate(mIeqNames, preset, name, "IEQ preset name " + quoted(name));
+    } else if (type == "geq") {
+        const int profileId = atoi(idText.c_str());
+        checkDuplicate(mGeqIds, preset, std::to_string(profileId),
+                       "GEQ preset for profile " + std::to_string(profileId));
+    } else {
+        warn(preset, "ignored-element",
+             "preset type " + quoted(type) +
+                     " is neither \"ieq\" nor \"geq\"; the service ignores this preset");
+    }
+}
+
+void TuningLint::checkProfile(const xmlNode* profile) {
+    const int id = string2Int(attr(profile, "id"));
+    const std::string name = attr(profile, "name");
+    const std::string text = "profile " + std::to_string(id) + " " + quoted(name);
+    checkDuplicate(mProfileIds, profile, std::to_string(id), "profile id " + std::to_string(id));
+    checkDuplicate(mProfileNames, profile, name, "profile name " + quoted(name));
+
+    std::set<Endpoint> endpoints;
+    for (const xmlNode* child : elementChildren(profile)) {
+        const std::string childName = nameOf(child);
+        if (childName == "endpoint_type") {
+            checkEndpoint(child, text, endpoints);
+        } else if (childName == "include") {
+            if (mFamily32) {
+                checkInclude(child, text);
+            } else {
+                warn(child, "ignored-element",
+                     "<include> directly below a profile is read in 3.2 files only; put it "
+                     "first in each <endpoint_type>");
+            }
+        } else if (!mFamily32 && (childName == "ieq-enable" || childName == "ieq-amount")) {
+            warn(child, "ignored-element",
+                 "<" + childName + "> directly below a profile is read in 3.2 files only; put it "
+                 "in each <endpoint_type>");
+        } else {
+            checkValueElement(child, text);
+        }
+    }
+    std::string missing;
+    for (int e = SPEAKER; e <= OTHER; ++e) {
+        if (endpoints.count(static_cast<Endpoint>(e)) != 0) continue;
+        missing += std::string(missing.empty() ? "" : ", ") + endpointName(static_cast<Endpoint>(e));
+    }
+    if (!missing.empty()) {
+        warn(profile, "missing-endpoint", text + " has no endpoint_type for " + missing);
+    }
+}
+
+void TuningLint::checkEndpoint(const xmlNode* endpoint, const std::string& profileText,
+                               std::set<Endpoint>& seen) {
+    const std::string idText = attr(endpoint, "id");
+    Endpoint e = OTHER;
+    if (idText == "speaker") {
+        e = SPEAKER;
+    } else if (idText == "headphone") {
+        e = HEADPHONE;
+    } else if (idText != "other") {
+        warn(endpoint, "unknown-endpoint",
+             "endpoint_type id " + quoted(idText) +
+                     " is not speaker, headphone or other; the service makes it an \"other\" "
+                     "endpoint");
+    }
+    const std::string text = profileText + " endpoint " + endpointName(e);
+    if (!seen.insert(e).second) {
+        warn(endpoint, "duplicate", profileText + " has a second " + endpointName(e) + " endpoint");
+    }
+    const std::vector<const xmlNode*> children = elementChildren(endpoint);
+    for (size_t i = 0; i < children.size(); ++i) {
+        const xmlNode* child = children[i];
+        if (nameOf(child) != "include") {
+            checkValueElement(child, text);
+        } else if (i == 0 && !mFamily32) {
+            checkInclude(child, text);
+        } else {
+            warn(child, "ignored-element",
+                 mFamily32 ? "<include> in an endpoint is not read in 3.2 files; the profile's "
+                             "include selects the IEQ preset"
+                           : "<include> is read only as the first element of an endpoint_type; "
+                             "this one is ignored");
+        }
+    }
+}
+
+void TuningLint::checkInclude(const xmlNode* include, const std::string& where) {
+    const bool byName = namesPresetsByText();
+    const std::string text = attr(include, byName ? "preset" : "ieq_preset");
+    const int id = ieqPresetId(text);
+    if (byName && id == 0 && text.find("off") == std::string::npos) {
+        warn(include, "missing-ieq-preset",
+             where + " includes IEQ preset " + quoted(text) +
+                     ", which names no preset; the service selects preset 0 \"off\"");
+    } else if (mIeqPresetIds.count(id) == 0) {
+        warn(include, "missing-ieq-preset",
+             where + " selects IEQ preset " + std::to_string(id) +
+                     ", which this file does not define");
+    }
+}
+
+void TuningLint::checkTuning(const xmlNode* tuning) {
+    const std::string name = attr(tuning, "name");
+    mTuningOrder.push_back(name);
+    const std::string text = "tuning " + quoted(name);
+    checkDuplicate(mTuningNames, tuning, name, "tuning name " + quoted(name));
+    const std::string endpoint = attr(tuning, "endpoint_type");
+    if (endpoint != "speaker" && endpoint != "headphone" && endpoint != "other") {
+        warn(tuning, "unknown-endpoint",
+             text + ": endpoint_type " + quoted(endpoint) +
+                     " is not speaker, headphone or other; the service makes it a speaker tuning");
+    }
+
+    std::vector<const xmlNode*> devices;
+    const xmlNode* data = nullptr;
+    for (const xmlNode* child : elementChildren(tuning)) {
+        const std::string childName = nameOf(child);
+        if (data != nullptr) {
+            warn(child, "ignored-element",
+                 "<" + childName + "> after the data block of " + text + " is ignored");
+        } else if (childName == "device_id") {
+            devices.push_back(child);
+        } else {
+            data = child;
+        }
+    }
+    for (const xmlNode* device : devices) {
+        const std::string id = attr(device, "id");
+        const std::string port = attr(device, "endpoint_port");
+        checkDuplicate(mDeviceIds, device, id, "device id " + quoted(id));
+        if (kPortNameToEndpoint.count(port) == 0) {
+            warn(device, "unknown-port",
+                 "device " + quoted(id) + ": endpoint_port " + quoted(port) +
+                         " is none of internal_speaker, hdmi, miracast, headphone, bluetooth, "
+                         "usb, other");
+        }
+        mDevices.emplace_back(device, name);
+    }
+    if (data == nullptr) {
+        warn(tuning, "dropped-tuning",
+             text + " has no data block; the service drops it (its devices stay)");
+        return;
+    }
+    mKeptTunings.insert(name);
+    checkDataBlock(data, text);
+}
+
+// A device names its tuning by text only, so it is dangling only when no tuning of that name
+// survives anywhere in the file.
+void TuningLint::checkDevicesHaveTunings() {
+    for (const auto& [device, tuningName] : mDevices) {
+        if (mKeptTunings.count(tuningName) != 0) continue;
+        warn(device, "dangling-device",
+             "device " + quoted(attr(device, "id")) + " points at tuning " + quoted(tuningName) +
+                     ", which the service does not have");
+    }
+}
+
+void TuningLint::checkDataBlock(const xmlNode* data, const std::string& tuningText) {
+    for (const xmlNode* child : elementChildren(data)) checkValueElement(child, tuningText);
+}
+
+void TuningLint::checkValueElement(const xmlNode* element, const std::string& where) {
+    const std::string name = nameOf(element);
+    if (TuningFileParser::sSetterCollection.getValueSetter(name) != nullptr) return;
+    warn(element, "unknown-element",
+         "<" + name + "> in " + where + " is not a value element; the service ignores it" +
+                 suggestionFor(name));
+}
+
+}  // namespace korvi::ctl
