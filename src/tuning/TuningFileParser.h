@@ -64,6 +64,11 @@ private:
     void parseDeviceTuning(std::string tuningName);
     void parseProfileEndpoint(int profileId, int ieqEnable, int ieqAmount, int ieqPresetId);
 
+    // Pushes the current node and moves to its first child element; false (nothing to walk)
+    // when the element has no children. The caller pops in either case.
+    bool descend();
+    // Moves past text and comment nodes to the next element, if any.
+    void skipNonElements();
     // Applies the setter of every element child of the current node that has one.
     void applySettersToChildren(ParameterValues& target);
     // Attribute values of the current element by name, "" for a missing one.
