@@ -56,6 +56,12 @@ std::string trimmed(const char* text) {
     return s;
 }
 
+struct FirstError {
+    bool found = false;
+    int line = 0;
+    std::string message;
+};
+
 // The document for the warnings, with line numbers past 65535 kept. On failure, the reason in
 // one line is left in why.
 XmlDocPtr readDocument(const std::string& path, std::string& why) {
@@ -64,13 +70,22 @@ XmlDocPtr readDocument(const std::string& path, std::string& why) {
         why = "out of memory";
         return nullptr;
     }
+    // The first error names the place to look at; later ones are often its echoes.
+    FirstError first;
+    xmlSetStructuredErrorFunc(&first, [](void* context, auto* error) {
+        auto* seen = static_cast<FirstError*>(context);
+        if (seen->found || error == nullptr || error->level < XML_ERR_ERROR) return;
+        seen->found = true;
+        seen->line = error->line;
+        seen->message = trimmed(error->message);
+    });
     XmlDocPtr doc(xmlCtxtReadFile(ctxt.get(), path.c_str(), nullptr,
                                   XML_PARSE_BIG_LINES | XML_PARSE_NONET));
+    xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
     if (!doc) {
-        const xmlError* error = xmlCtxtGetLastError(ctxt.get());
-        why = error != nullptr ? "line " + std::to_string(error->line) +
-                                         ": not well-formed XML: " + trimmed(error->message)
-                               : "not well-formed XML";
+        why = first.found ? "line " + std::to_string(first.line) + ": not well-formed XML: " +
+                                    first.message
+                          : "not well-formed XML";
         return nullptr;
     }
     if (xmlDocGetRootElement(doc.get()) == nullptr) {
@@ -144,6 +159,8 @@ int runInspect(const std::vector<std::string>& args) {
                          "the service cannot read this file (result " + std::to_string(result) + ")");
     }
 
+    // The service settles disabled IEQs before it stores anything; show what it stores.
+    reader.getDeviceData()->validateData();
     TuningLint lint(doc.get(), reader);
     std::vector<LintWarning> warnings = lint.run();
     const bool hasWarnings = !warnings.empty();
