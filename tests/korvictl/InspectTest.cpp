@@ -228,6 +228,72 @@ TEST_F(InspectTest, FaultyFileReportsEachFaultOnceAtItsLine) {
     EXPECT_EQ(strict.out, run.out);
 }
 
+TEST_F(InspectTest, PositionalLevelsMustStartRightAfterTheLineBreak) {
+    // Preset bands and matrix rows are reached by stepping to the second child node level by
+    // level; a comment in that place hides everything below it.
+    const std::string path = write("comments.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="5" maintenance="0"/>
+    <preset id="0" name="off" type="ieq">
+        <!-- flat -->
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="47" target="0"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <preset id="0" name="dynamic" type="geq">
+        <data>
+            <!-- one band -->
+            <geq-bands>
+                <band_geq frequency="47" gain="16"/>
+            </geq-bands>
+        </data>
+    </preset>
+    <tuning name="speaker" endpoint_type="speaker" mono_device="false" orientation="0" output_channels="2">
+        <device_id id="default_internal_speaker" endpoint_port="internal_speaker"/>
+        <data>
+            <output-mode>
+                <!-- identity -->
+                <matrix>
+                    <row value="16384, 0"/>
+                </matrix>
+            </output-mode>
+        </data>
+    </tuning>
+    <tuning name="headphone" endpoint_type="headphone" mono_device="false" orientation="0" output_channels="2">
+        <device_id id="default_headphone" endpoint_port="headphone"/>
+        <data>
+            <output-mode>
+                <!-- no matrix: nothing is hidden -->
+            </output-mode>
+            <!-- a comment before an element that is read by name is harmless -->
+            <bass-enhancer-boost value="128"/>
+        </data>
+    </tuning>
+</korvi_tuning>
+)");
+    const ToolRun run = korvictl({"inspect", path});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("\nWarnings: 3\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find(path + ":4: warning: <preset> must have its first child element right "
+                                  "after the line break; the reader steps to the second child node "
+                                  "and finds a comment, so it does not read the preset's bands"),
+              std::string::npos)
+            << run.out;
+    EXPECT_NE(run.out.find(path + ":13: warning: <data> must have its first child element"),
+              std::string::npos)
+            << run.out;
+    EXPECT_NE(run.out.find(path + ":23: warning: <output-mode> must have its first child element"),
+              std::string::npos)
+            << run.out;
+    // What the service makes of it agrees: no bands, no matrix, but the boost is read.
+    EXPECT_NE(run.out.find("  preset 0 \"off\", 0 bands\n"), std::string::npos);
+    EXPECT_NE(run.out.find("  preset of profile 0, 0 bands\n"), std::string::npos);
+    EXPECT_NE(run.out.find("      output_mix_matrix = (empty)\n"), std::string::npos);
+    EXPECT_NE(run.out.find("      bass_enhancer_boost = 128\n"), std::string::npos);
+}
+
 TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     const ToolRun run = korvictl({"inspect", "--json", kData + "/vendor/etc/korvi/wem-fs19xx.xml"});
     ASSERT_EQ(run.status, 0) << run.err;

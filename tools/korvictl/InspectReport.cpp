@@ -16,6 +16,7 @@ namespace {
 std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 
 std::string join(const std::vector<int>& numbers) {
+    if (numbers.empty()) return "(empty)";
     std::string out;
     for (size_t i = 0; i < numbers.size(); ++i) {
         if (i > 0) out += ", ";

@@ -145,8 +145,36 @@ void TuningLint::checkDuplicate(FirstSeen& seen, const xmlNode* node, const std:
     }
 }
 
+// The preset and output-mode readers descend by position: each step goes to the second child
+// node, which must be the element that holds the next level. A comment or a second text node in
+// that place hides the whole level.
+void TuningLint::checkDescent(const xmlNode* node, int levels, const std::string& what) {
+    for (int level = 0; level < levels; ++level) {
+        const xmlNode* first = node->children;
+        // No child elements: nothing to read, and nothing hidden. A first child element is
+        // reported as not indented already.
+        if (first == nullptr || first->type == XML_ELEMENT_NODE || elementChildren(node).empty()) {
+            return;
+        }
+        const xmlNode* second = first->next;
+        if (second != nullptr && second->type == XML_ELEMENT_NODE) {
+            node = second;
+            continue;
+        }
+        const std::string found = second == nullptr                  ? "nothing"
+                                  : second->type == XML_COMMENT_NODE ? "a comment"
+                                                                     : "text";
+        warn(node, "not-indented",
+             "<" + nameOf(node) + "> must have its first child element right after the line "
+             "break; the reader steps to the second child node and finds " + found +
+                     ", so it does not read " + what);
+        return;
+    }
+}
+
 void TuningLint::checkPreset(const xmlNode* preset) {
     const std::string type = attr(preset, "type");
+    if (type == "ieq" || type == "geq") checkDescent(preset, 2, "the preset's bands");
     const std::string idText = attr(preset, "id");
     if (type == "ieq") {
         const int id = ieqPresetId(idText);
@@ -323,6 +351,7 @@ void TuningLint::checkDataBlock(const xmlNode* data, const std::string& tuningTe
 
 void TuningLint::checkValueElement(const xmlNode* element, const std::string& where) {
     const std::string name = nameOf(element);
+    if (name == "output-mode") checkDescent(element, 1, "the mix matrix");
     if (TuningFileParser::sSetterCollection.getValueSetter(name) != nullptr) return;
     warn(element, "unknown-element",
          "<" + name + "> in " + where + " is not a value element; the service ignores it" +

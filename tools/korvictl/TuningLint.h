@@ -43,6 +43,7 @@ private:
     void warn(const xmlNode* node, const std::string& kind, const std::string& message);
     void checkIndentation(const xmlNode* node);
     void collectIeqPresetIds(const xmlNode* root);
+    void checkDescent(const xmlNode* node, int levels, const std::string& what);
     void checkPreset(const xmlNode* preset);
     void checkProfile(const xmlNode* profile);
     void checkEndpoint(const xmlNode* endpoint, const std::string& profileText,
