@@ -294,6 +294,65 @@ TEST_F(InspectTest, PositionalLevelsMustStartRightAfterTheLineBreak) {
     EXPECT_NE(run.out.find("      bass_enhancer_boost = 128\n"), std::string::npos);
 }
 
+TEST_F(InspectTest, OlderFormatsWarnWhereTheReaderOverridesTheFile) {
+    const std::string path = write("v322.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="2" maintenance="2"/>
+    <preset id="ieq_off" type="ieq">
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="47" target="0"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <profile id="0" name="Dynamic">
+        <ieq-enable value="1"/>
+        <endpoint_type id="speaker">
+            <include preset="ieq_off"/>
+            <headphone-virtualizer-steerer-source-distance value="20"/>
+            <virtualizer-start-band value="3"/>
+        </endpoint_type>
+        <ieq-amount value="8"/>
+        <endpoint_type id="headphone">
+        </endpoint_type>
+        <endpoint_type id="other">
+        </endpoint_type>
+    </profile>
+    <tuning name="speaker" endpoint_type="speaker" mono_device="false" orientation="0" output_channels="2">
+        <device_id id="default_internal_speaker" endpoint_port="internal_speaker"/>
+        <data>
+            <bass-mbdrc-enable value="1"/>
+        </data>
+    </tuning>
+</korvi_tuning>
+)");
+    const ToolRun run = korvictl({"inspect", path});
+    ASSERT_EQ(run.status, 0) << run.err;
+    EXPECT_NE(run.out.find("\nWarnings: 6\n"), std::string::npos) << run.out;
+    for (const char* expected : {
+                 ":11: warning: profile 0 \"Dynamic\" has no <include preset=...>; the service "
+                 "selects IEQ preset 0 \"off\" for its endpoints [missing-ieq-preset]\n",
+                 ":14: warning: <include> in an endpoint is not read in 3.2 files",
+                 ":15: warning: <headphone-virtualizer-steerer-source-distance> in profile 0 "
+                 "\"Dynamic\" endpoint speaker is replaced by the reader in format 3.2.2 (it "
+                 "stores 4) [ignored-element]\n",
+                 ":16: warning: <virtualizer-start-band> in profile 0 \"Dynamic\" endpoint speaker "
+                 "is replaced by the reader in format 3.2.2 (it stores 0) [ignored-element]\n",
+                 ":18: warning: <ieq-amount> of profile 0 \"Dynamic\" reaches only the "
+                 "endpoint_types after it; put it before the first one [ignored-element]\n",
+                 ":27: warning: <bass-mbdrc-enable> in tuning \"speaker\" is replaced by the reader "
+                 "in format 3.2.2 (it stores 0) [ignored-element]\n",
+         }) {
+        EXPECT_NE(run.out.find(path + expected), std::string::npos) << expected << run.out;
+    }
+    // The records show what the warnings say.
+    const std::string speaker = run.out.substr(run.out.find("    endpoint speaker"));
+    EXPECT_NE(speaker.find("        headphone_virtualizer_steerer_source_distance = 4\n"),
+              std::string::npos);
+    EXPECT_NE(speaker.find("        virtualizer_start_band = 0\n"), std::string::npos);
+    EXPECT_NE(run.out.find("      bass_mbdrc_enable = 0\n"), std::string::npos);
+}
+
 TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     const ToolRun run = korvictl({"inspect", "--json", kData + "/vendor/etc/korvi/wem-fs19xx.xml"});
     ASSERT_EQ(run.status, 0) << run.err;

@@ -72,6 +72,7 @@ TuningLint::TuningLint(xmlDoc* doc, TuningFileParser& reader) : mDoc(doc), mRead
     const std::string version =
             reader.getDeviceData() != nullptr ? reader.getDeviceData()->getFormatVersion() : "";
     mFamily32 = version.compare(0, 4, "3.2.") == 0;
+    mFormat322 = version.compare(0, 5, "3.2.2") == 0;
     mFormat330 = version.compare(0, 5, "3.3.0") == 0;
 }
 
@@ -208,25 +209,39 @@ void TuningLint::checkProfile(const xmlNode* profile) {
     checkDuplicate(mProfileNames, profile, name, "profile name " + quoted(name));
 
     std::set<Endpoint> endpoints;
+    bool hasInclude = false;
     for (const xmlNode* child : elementChildren(profile)) {
         const std::string childName = nameOf(child);
         if (childName == "endpoint_type") {
             checkEndpoint(child, text, endpoints);
         } else if (childName == "include") {
             if (mFamily32) {
+                hasInclude = true;
                 checkInclude(child, text);
             } else {
                 warn(child, "ignored-element",
                      "<include> directly below a profile is read in 3.2 files only; put it "
                      "first in each <endpoint_type>");
             }
-        } else if (!mFamily32 && (childName == "ieq-enable" || childName == "ieq-amount")) {
-            warn(child, "ignored-element",
-                 "<" + childName + "> directly below a profile is read in 3.2 files only; put it "
-                 "in each <endpoint_type>");
+        } else if (childName == "ieq-enable" || childName == "ieq-amount") {
+            // Kept aside and handed to the endpoints built after it, in 3.2 files only.
+            if (!mFamily32) {
+                warn(child, "ignored-element",
+                     "<" + childName + "> directly below a profile is read in 3.2 files only; "
+                     "put it in each <endpoint_type>");
+            } else if (!endpoints.empty()) {
+                warn(child, "ignored-element",
+                     "<" + childName + "> of " + text + " reaches only the endpoint_types after "
+                     "it; put it before the first one");
+            }
         } else {
             checkValueElement(child, text);
         }
+    }
+    if (mFamily32 && !hasInclude) {
+        warn(profile, "missing-ieq-preset",
+             text + " has no <include preset=...>; the service selects IEQ preset 0 \"off\" "
+             "for its endpoints");
     }
     std::string missing;
     for (int e = SPEAKER; e <= OTHER; ++e) {
@@ -259,8 +274,15 @@ void TuningLint::checkEndpoint(const xmlNode* endpoint, const std::string& profi
     const std::vector<const xmlNode*> children = elementChildren(endpoint);
     for (size_t i = 0; i < children.size(); ++i) {
         const xmlNode* child = children[i];
-        if (nameOf(child) != "include") {
+        const std::string childName = nameOf(child);
+        if (childName != "include") {
             checkValueElement(child, text);
+            const char* fixed = replacedByReader(childName);
+            if (fixed != nullptr) {
+                warn(child, "ignored-element",
+                     "<" + childName + "> in " + text + " is replaced by the reader in format " +
+                             mReader.getDeviceData()->getFormatVersion() + " (" + fixed + ")");
+            }
         } else if (i == 0 && !mFamily32) {
             checkInclude(child, text);
         } else {
@@ -346,7 +368,26 @@ void TuningLint::checkDevicesHaveTunings() {
 }
 
 void TuningLint::checkDataBlock(const xmlNode* data, const std::string& tuningText) {
-    for (const xmlNode* child : elementChildren(data)) checkValueElement(child, tuningText);
+    for (const xmlNode* child : elementChildren(data)) {
+        checkValueElement(child, tuningText);
+        if (mFormat322 && nameOf(child) == "bass-mbdrc-enable") {
+            warn(child, "ignored-element",
+                 "<bass-mbdrc-enable> in " + tuningText + " is replaced by the reader in format " +
+                         mReader.getDeviceData()->getFormatVersion() + " (it stores 0)");
+        }
+    }
+}
+
+// The endpoint values the older formats cannot carry: the reader stores its own after the
+// endpoint's elements, so an element of the file would be lost.
+const char* TuningLint::replacedByReader(const std::string& name) const {
+    if (!mFamily32) return nullptr;
+    if (name == "ieq-enable" || name == "ieq-amount") return "the profile's value";
+    if (name == "headphone-virtualizer-steerer-source-distance") return "it stores 4";
+    if (mFormat322 && (name == "hearing-protection-enable" || name == "virtualizer-start-band")) {
+        return "it stores 0";
+    }
+    return nullptr;
 }
 
 void TuningLint::checkValueElement(const xmlNode* element, const std::string& where) {

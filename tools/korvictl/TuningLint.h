@@ -51,6 +51,7 @@ private:
     void checkInclude(const xmlNode* include, const std::string& where);
     void checkTuning(const xmlNode* tuning);
     void checkDevicesHaveTunings();
+    const char* replacedByReader(const std::string& name) const;
     void checkDataBlock(const xmlNode* data, const std::string& tuningName);
     void checkValueElement(const xmlNode* element, const std::string& where);
     void checkDuplicate(FirstSeen& seen, const xmlNode* node, const std::string& key,
@@ -63,6 +64,7 @@ private:
     xmlDoc* mDoc;
     TuningFileParser& mReader;
     bool mFamily32;
+    bool mFormat322;
     bool mFormat330;
     std::set<int> mIeqPresetIds;
     FirstSeen mIeqIds, mIeqNames, mGeqIds, mProfileIds, mProfileNames, mTuningNames, mDeviceIds;
