@@ -141,6 +141,22 @@ TEST_F(InspectTest, FactoryFileShowsItsRecords) {
     EXPECT_LT(out.find("tuning \"bt500\""), out.find("tuning \"usb_dac_u1\""));
 }
 
+TEST_F(InspectTest, BriefLeavesOutOnlyTheValues) {
+    const ToolRun full = korvictl({"inspect", kFaulty});
+    const ToolRun brief = korvictl({"inspect", "--brief", kFaulty});
+    ASSERT_EQ(brief.status, 0) << brief.err;
+    std::string expected;
+    for (const std::string& line : linesOf(full.out)) {
+        if (line.find(" = ") == std::string::npos || line.find(": warning: ") != std::string::npos) {
+            expected += line + "\n";
+        }
+    }
+    EXPECT_EQ(brief.out, expected);
+    EXPECT_NE(brief.out.find("    device \"studio_monitor_hp3\" on port headphone\n"),
+              std::string::npos);
+    EXPECT_NE(brief.out.find("\nWarnings: 10\n"), std::string::npos);
+}
+
 TEST_F(InspectTest, OlderFormatsSayHowTheyAreRead) {
     const ToolRun v320 = korvictl({"inspect", kData + "/formats/wem-3.2.0.xml"});
     EXPECT_NE(v320.out.find("  format version  3.2.0 (3.2 family)\n"), std::string::npos);
@@ -446,7 +462,7 @@ TEST_F(InspectTest, BrokenFilesFailWithOneLine) {
 TEST_F(InspectTest, UsageAndHelp) {
     const ToolRun help = korvictl({"inspect", "--help"});
     EXPECT_EQ(help.status, 0);
-    EXPECT_EQ(help.out.rfind("usage: korvictl inspect [--json] [--strict] [--log] FILE\n", 0), 0u);
+    EXPECT_EQ(help.out.rfind("usage: korvictl inspect [--brief | --json] [--strict] [--log] FILE\n", 0), 0u);
     EXPECT_NE(help.out.find("  not-indented "), std::string::npos);
 
     const ToolRun list = korvictl({"--help"});

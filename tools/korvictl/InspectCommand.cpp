@@ -31,6 +31,7 @@ struct InspectOptions {
     bool json = false;
     bool strict = false;
     bool log = false;
+    bool brief = false;
 };
 
 struct DocFree {
@@ -104,6 +105,8 @@ bool parseOptions(const std::vector<std::string>& args, InspectOptions& options,
             options.strict = true;
         } else if (a == "--log") {
             options.log = true;
+        } else if (a == "--brief") {
+            options.brief = true;
         } else if (!a.empty() && a[0] == '-') {
             error = "inspect: unknown option '" + a + "'";
             return false;
@@ -166,7 +169,7 @@ int runInspect(const std::vector<std::string>& args) {
     const bool hasWarnings = !warnings.empty();
     InspectReport report(options.path, *reader.getDeviceData(), reader.getVirtualBassType(),
                          lint.tuningOrder(), std::move(warnings));
-    const std::string out = options.json ? report.json() : report.text();
+    const std::string out = options.json ? report.json() : report.text(!options.brief);
     fwrite(out.data(), 1, out.size(), stdout);
     return options.strict && hasWarnings ? kExitWarnings : 0;
 }

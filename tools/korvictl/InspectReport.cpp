@@ -151,12 +151,12 @@ std::string InspectReport::ieqPresetText(int presetId) const {
     return std::to_string(presetId) + " (no such preset in this file)";
 }
 
-std::string InspectReport::text() const {
+std::string InspectReport::text(bool withValues) const {
     std::string out;
     out += mPath + "\n";
     out += "  format version  " + mFormatVersion + " (" + familyText(formatFamily(mFormatVersion)) +
            ")\n";
-    out += "  tool version    " + mToolVersion + "\n";
+    out += "  tool version    " + (mToolVersion.empty() ? "(none)" : mToolVersion) + "\n";
     out += "  virtual bass    type " + std::to_string(mVirtualBassType) + "\n";
 
     out += "\nIEQ presets: " + std::to_string(mIeqPresets.size()) + "\n";
@@ -164,14 +164,14 @@ std::string InspectReport::text() const {
         out += "  preset " + std::to_string(preset->getPresetId()) + " " +
                quoted(preset->getName()) + ", " +
                std::to_string(bandCount(*preset, IEQ_FREQUENCY)) + " bands\n";
-        appendValues(out, *preset, "      ");
+        if (withValues) appendValues(out, *preset, "      ");
     }
 
     out += "\nGEQ presets: " + std::to_string(mGeqPresets.size()) + "\n";
     for (const GeqPreset* preset : mGeqPresets) {
         out += "  preset of profile " + std::to_string(preset->getProfileId()) + ", " +
                std::to_string(bandCount(*preset, GEQ_FREQUENCY)) + " bands\n";
-        appendValues(out, *preset, "      ");
+        if (withValues) appendValues(out, *preset, "      ");
     }
 
     out += "\nProfiles: " + std::to_string(mProfiles.size()) + "\n";
@@ -180,11 +180,11 @@ std::string InspectReport::text() const {
         out += "  profile " + std::to_string(p->getProfileId()) + " " + quoted(p->getName()) +
                ", mobility " + (p->isMobility() ? "yes" : "no") + ", GEQ preset " +
                std::to_string(p->getSelectedGeqPreset()) + "\n";
-        appendValues(out, *p, "      ");
+        if (withValues) appendValues(out, *p, "      ");
         for (const ProfileEndpoint* e : entry.endpoints) {
             out += std::string("    endpoint ") + endpointName(e->getEndpoint()) +
                    ", IEQ preset " + ieqPresetText(e->getSelectedIeqPreset()) + "\n";
-            appendValues(out, *e, "        ");
+            if (withValues) appendValues(out, *e, "        ");
         }
     }
 
@@ -196,7 +196,7 @@ std::string InspectReport::text() const {
         for (const DeviceTuning* d : entry.devices) {
             out += "    device " + quoted(d->getDevice()) + " on port " + d->getPort() + "\n";
         }
-        appendValues(out, *t, "      ");
+        if (withValues) appendValues(out, *t, "      ");
     }
     if (!mDanglingDevices.empty()) {
         out += "\nDevices without a tuning: " + std::to_string(mDanglingDevices.size()) + "\n";

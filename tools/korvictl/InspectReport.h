@@ -24,7 +24,8 @@ public:
     InspectReport(std::string path, DeviceData& data, int virtualBassType,
                   const std::vector<std::string>& tuningOrder, std::vector<LintWarning> warnings);
 
-    std::string text() const;
+    // withValues false: the records without their values, for an overview.
+    std::string text(bool withValues = true) const;
     std::string json() const;
 
     // "current", "3.2", "3.2.2" or "3.3.0": how the reader read the file.

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include <android/log.h>
+
 #include "common/IntText.h"
 #include "model/Port.h"
 #include "tuning/SetterCollection.h"
@@ -79,7 +81,14 @@ TuningLint::TuningLint(xmlDoc* doc, TuningFileParser& reader) : mDoc(doc), mRead
 bool TuningLint::namesPresetsByText() const { return mFamily32 || mFormat330; }
 
 int TuningLint::ieqPresetId(const std::string& text) {
-    return namesPresetsByText() ? mReader.getIeqPresetIdByName(text) : atoi(text.c_str());
+    if (!namesPresetsByText()) return atoi(text.c_str());
+    // The reader logs an invalid name; it did so already while reading, and the warning says
+    // it again with the line, so this second lookup stays quiet.
+    const int priority = __android_log_get_minimum_priority();
+    __android_log_set_minimum_priority(ANDROID_LOG_SILENT);
+    const int id = mReader.getIeqPresetIdByName(text);
+    __android_log_set_minimum_priority(priority);
+    return id;
 }
 
 void TuningLint::warn(const xmlNode* node, const std::string& kind, const std::string& message) {

@@ -17,7 +17,7 @@ const std::vector<Command>& allCommands() {
          "\"none\" for a parameter no stored record admits.\n",
          runParams},
         {"inspect", "show what the service makes of a tuning file, and what to fix in it",
-         "usage: korvictl inspect [--json] [--strict] [--log] FILE\n"
+         "usage: korvictl inspect [--brief | --json] [--strict] [--log] FILE\n"
          "\n"
          "Reads FILE the way the service reads a factory or OEM tuning file and prints what it\n"
          "yields: format and tool version, virtual-bass type, IEQ and GEQ presets, profiles with\n"
@@ -34,6 +34,7 @@ const std::vector<Command>& allCommands() {
          "  unknown-port       a device port that is none of the seven port names\n"
          "  not-indented       an element whose first child is an element: the reader skips it\n"
          "\n"
+         "  --brief    the records without their values\n"
          "  --json     print the same as one JSON document\n"
          "  --strict   exit with status 3 when there is any warning\n"
          "  --log      let the service's own log lines through to stderr\n"
