@@ -231,6 +231,16 @@ TEST_F(InspectTest, FaultyFileReportsEachFaultOnceAtItsLine) {
     EXPECT_NE(run.out.find("\nDevices without a tuning: 1\n"
                            "  device \"default_hdmi\" on port hdmi -> tuning \"hdmi_only\"\n"),
               std::string::npos);
+    // A disabled IEQ is stored as preset 0, whatever the include says.
+    EXPECT_NE(run.out.find("  profile 1 \"Movie\", mobility yes, GEQ preset 1\n"
+                           "      volume_modeler_enable = 1\n"
+                           "    endpoint speaker, IEQ preset 2 \"balanced\"\n"
+                           "        ieq_enable = 1\n"
+                           "        virtual_bass_type = 2\n"
+                           "    endpoint headphone, IEQ preset 0 \"off\"\n"
+                           "        ieq_enable = 0\n"),
+              std::string::npos)
+            << run.out;
     // The skipped first child really is missing from the record, as the warning says.
     const size_t speaker = run.out.find("tuning \"internal_speaker\"");
     const size_t next = run.out.find("tuning \"headphone_wired\"");
@@ -388,7 +398,10 @@ TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     EXPECT_TRUE(voice["mobility"].flag);
     ASSERT_EQ(voice["endpoints"].items.size(), 3u);
     EXPECT_EQ(voice["endpoints"][2]["endpoint"].text, "other");
-    EXPECT_EQ(voice["endpoints"][2]["selected_ieq_preset"].number, 1);
+    // Voice keeps its IEQ off on "other" outputs.
+    EXPECT_EQ(voice["endpoints"][2]["selected_ieq_preset"].number, 0);
+    EXPECT_EQ(voice["endpoints"][2]["values"]["ieq_enable"].ints(), std::vector<int>{0});
+    EXPECT_EQ(doc["profiles"][0]["endpoints"][1]["selected_ieq_preset"].number, 3);
     EXPECT_EQ(voice["endpoints"][0]["values"]["dialog_enhancer_amount"].ints(),
               std::vector<int>{12});
     const Json& speaker = doc["tunings"][0];
