@@ -585,5 +585,66 @@ TEST(TuningFileParser, RepeatedProfileIdsAreAllKeptAndTheLastNameWins) {
     EXPECT_TRUE(parser.getDeviceData()->getProfileEndpoints().empty());
 }
 
+// Nested entities that would expand to gigabytes: the XML library refuses the document, so the
+// reader neither expands them into attribute texts nor runs out of memory.
+TEST(TuningFileParser, ExplodingEntitiesAreRefused) {
+    TempDeviceRoot root;
+    std::string path = root.write("laughs.xml", R"(<?xml version="1.0"?>
+<!DOCTYPE r [
+<!ENTITY a "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa">
+<!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">
+<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">
+<!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;">
+<!ENTITY e "&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;">
+<!ENTITY f "&e;&e;&e;&e;&e;&e;&e;&e;&e;&e;">
+<!ENTITY g "&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;">
+<!ENTITY h "&g;&g;&g;&g;&g;&g;&g;&g;&g;&g;">
+]>
+<r>
+    <format_version major="&h;" minor="1" maintenance="0"/>
+    <profile id="1" name="&h;"/>
+</r>
+)");
+    TuningFileParser parser;
+    EXPECT_EQ(parser.setTuningFile(path), -22);
+    EXPECT_EQ(parser.getDeviceData(), nullptr);
+    EXPECT_EQ(parser.getNumOfProfiles(), 0);
+}
+
+// Entering an element steps over its first child node: written without line breaks, the first
+// child element is the one lost. An element without any children has nothing to walk.
+TEST(TuningFileParser, UnindentedFilesLoseEachFirstChildElement) {
+    TempDeviceRoot root;
+    std::string path = root.write("flat.xml",
+        R"(<korvi_tuning><format_version major="3" minor="5" maintenance="0"/>)"
+        R"(<profile id="1" name="P"><endpoint_type id="speaker"/><endpoint_type id="headphone">)"
+        R"(<include ieq_preset="2"/><ieq-enable value="0"/></endpoint_type></profile>)"
+        R"(<tuning name="bare" endpoint_type="other"/>)"
+        R"(<tuning name="t"><device_id id="skipped" endpoint_port="usb"/>)"
+        R"(<device_id id="kept" endpoint_port="usb"/><data><bass-enhancer-boost value="1"/>)"
+        R"(<bass-enhancer-width value="2"/></data></tuning></korvi_tuning>)");
+    LogCapture logs;
+    TuningFileParser parser(path);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    // The root's first child is read: only entering an element skips.
+    EXPECT_EQ(data->getFormatVersion(), "3.5.0");
+    ASSERT_EQ(data->getProfileEndpoints().size(), 1u);
+    ProfileEndpoint* headphone = endpointOf(*data, 1, HEADPHONE);
+    ASSERT_NE(headphone, nullptr);
+    EXPECT_EQ(headphone->getSelectedIeqPreset(), 0);  // the include was the skipped node
+    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{0});
+
+    ASSERT_EQ(data->getTunings().size(), 1u);
+    Tuning* t = tuningOf(*data, "t");
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->mValues.count(BASS_ENHANCER_BOOST), 0u);
+    EXPECT_EQ(t->mValues[BASS_ENHANCER_WIDTH], Values{2});
+    ASSERT_EQ(data->getDeviceTunings().size(), 1u);
+    EXPECT_EQ((*data->getDeviceTunings().begin())->getDevice(), "kept");
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 1u)
+        << logs.dump();
+}
+
 }  // namespace
 }  // namespace korvi
