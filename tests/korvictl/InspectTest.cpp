@@ -154,7 +154,7 @@ TEST_F(InspectTest, BriefLeavesOutOnlyTheValues) {
     EXPECT_EQ(brief.out, expected);
     EXPECT_NE(brief.out.find("    device \"studio_monitor_hp3\" on port headphone\n"),
               std::string::npos);
-    EXPECT_NE(brief.out.find("\nWarnings: 10\n"), std::string::npos);
+    EXPECT_NE(brief.out.find("\nWarnings: 11\n"), std::string::npos);
 }
 
 TEST_F(InspectTest, OlderFormatsSayHowTheyAreRead) {
@@ -192,12 +192,13 @@ TEST_F(InspectTest, FaultyFileReportsEachFaultOnceAtItsLine) {
             {"unknown-endpoint", "endpoint_type=\"earphone\""},
             {"unknown-port", "endpoint_port=\"headset\""},
             {"not-indented", "<data><bass-enhancer-boost"},
+            {"misplaced-value", "<dialog-enhancer-enable value=\"true\"/>"},
     };
     const std::string file = readFile(kFaulty);
     const ToolRun run = korvictl({"inspect", kFaulty});
     ASSERT_EQ(run.status, 0) << run.err;
     EXPECT_EQ(run.err, "");
-    EXPECT_NE(run.out.find("\nWarnings: 10\n"), std::string::npos) << run.out;
+    EXPECT_NE(run.out.find("\nWarnings: 11\n"), std::string::npos) << run.out;
 
     std::map<std::string, std::vector<std::string>> byKind;
     for (const std::string& line : linesOf(run.out)) {
@@ -419,7 +420,7 @@ TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     const ToolRun faulty = korvictl({"inspect", "--json", "--strict", kFaulty});
     EXPECT_EQ(faulty.status, 3);
     const Json f = Json::parse(faulty.out);
-    ASSERT_EQ(f["warnings"].items.size(), 10u);
+    ASSERT_EQ(f["warnings"].items.size(), 11u);
     // Ordered by line, and each as the text output has it.
     const std::string text = korvictl({"inspect", kFaulty}).out;
     long previous = 0;

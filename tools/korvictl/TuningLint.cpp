@@ -5,7 +5,12 @@
 
 #include <android/log.h>
 
+#include "ValueElementMap.h"
+
 #include "common/IntText.h"
+#include "model/GeqPreset.h"
+#include "model/IeqPreset.h"
+#include "model/Parameter.h"
 #include "model/Port.h"
 #include "tuning/SetterCollection.h"
 
@@ -52,6 +57,16 @@ size_t distance(const std::string& a, const std::string& b) {
         }
     }
     return row[b.size()];
+}
+
+// Where a value element of this parameter belongs in a file.
+const char* placeOf(Parameter p) {
+    if (Tuning::kValidParams.count(p) != 0) return "a tuning's data block";
+    if (Profile::kValidParams.count(p) != 0) return "a profile";
+    if (ProfileEndpoint::kValidParams.count(p) != 0) return "an endpoint_type";
+    if (IeqPreset::kValidParams.count(p) != 0) return "an IEQ preset";
+    if (GeqPreset::kValidParams.count(p) != 0) return "a GEQ preset";
+    return "no record";
 }
 
 std::string suggestionFor(const std::string& name) {
@@ -101,7 +116,7 @@ std::vector<LintWarning> TuningLint::run() {
     mDevices.clear();
     mKeptTunings.clear();
     const xmlNode* root = xmlDocGetRootElement(mDoc);
-    if (root == nullptr) return mWarnings;
+    if (root == nullptr || mReader.getDeviceData() == nullptr) return mWarnings;
     // The root is the one element the reader enters without stepping over a child.
     for (const xmlNode* child : elementChildren(root)) checkIndentation(child);
     collectIeqPresetIds(root);
@@ -244,7 +259,7 @@ void TuningLint::checkProfile(const xmlNode* profile) {
                      "it; put it before the first one");
             }
         } else {
-            checkValueElement(child, text);
+            checkValueElement(child, text, Profile::kValidParams);
         }
     }
     if (mFamily32 && !hasInclude) {
@@ -280,12 +295,13 @@ void TuningLint::checkEndpoint(const xmlNode* endpoint, const std::string& profi
     if (!seen.insert(e).second) {
         warn(endpoint, "duplicate", profileText + " has a second " + endpointName(e) + " endpoint");
     }
+
     const std::vector<const xmlNode*> children = elementChildren(endpoint);
     for (size_t i = 0; i < children.size(); ++i) {
         const xmlNode* child = children[i];
         const std::string childName = nameOf(child);
         if (childName != "include") {
-            checkValueElement(child, text);
+            checkValueElement(child, text, ProfileEndpoint::kValidParams);
             const char* fixed = replacedByReader(childName);
             if (fixed != nullptr) {
                 warn(child, "ignored-element",
@@ -378,7 +394,7 @@ void TuningLint::checkDevicesHaveTunings() {
 
 void TuningLint::checkDataBlock(const xmlNode* data, const std::string& tuningText) {
     for (const xmlNode* child : elementChildren(data)) {
-        checkValueElement(child, tuningText);
+        checkValueElement(child, tuningText, Tuning::kValidParams);
         if (mFormat322 && nameOf(child) == "bass-mbdrc-enable") {
             warn(child, "ignored-element",
                  "<bass-mbdrc-enable> in " + tuningText + " is replaced by the reader in format " +
@@ -399,13 +415,27 @@ const char* TuningLint::replacedByReader(const std::string& name) const {
     return nullptr;
 }
 
-void TuningLint::checkValueElement(const xmlNode* element, const std::string& where) {
+void TuningLint::checkValueElement(const xmlNode* element, const std::string& where,
+                                   const std::set<Parameter>& owned) {
     const std::string name = nameOf(element);
     if (name == "output-mode") checkDescent(element, 1, "the mix matrix");
-    if (TuningFileParser::sSetterCollection.getValueSetter(name) != nullptr) return;
-    warn(element, "unknown-element",
-         "<" + name + "> in " + where + " is not a value element; the service ignores it" +
-                 suggestionFor(name));
+    if (TuningFileParser::sSetterCollection.getValueSetter(name) == nullptr) {
+        warn(element, "unknown-element",
+             "<" + name + "> in " + where + " is not a value element; the service ignores it" +
+                     suggestionFor(name));
+        return;
+    }
+    // The reader stores a value element in whatever record it stands in; the settings database
+    // keeps only the values a record owns, so a value in the wrong section is lost there.
+    const auto known = ValueElementMap::parametersByElement().find(name);
+    if (known == ValueElementMap::parametersByElement().end()) return;
+    for (const Parameter p : known->second) {
+        if (owned.count(p) != 0) continue;
+        warn(element, "misplaced-value",
+             "<" + name + "> in " + where + " sets " + kParameterNames[p] + ", which belongs in " +
+                     placeOf(p) + "; the settings database does not keep it here");
+        return;
+    }
 }
 
 }  // namespace korvi::ctl

@@ -11,6 +11,7 @@
 #include <libxml/tree.h>
 
 #include "model/Endpoint.h"
+#include "model/Parameter.h"
 #include "tuning/TuningFileParser.h"
 
 namespace korvi::ctl {
@@ -19,7 +20,7 @@ struct LintWarning {
     long line;
     // A short, stable class name for scripts: "unknown-element", "ignored-element",
     // "duplicate", "dropped-tuning", "dangling-device", "missing-ieq-preset",
-    // "missing-endpoint", "unknown-endpoint", "unknown-port", "not-indented".
+    // "missing-endpoint", "unknown-endpoint", "unknown-port", "not-indented", "misplaced-value".
     std::string kind;
     std::string message;
 };
@@ -53,7 +54,9 @@ private:
     void checkDevicesHaveTunings();
     const char* replacedByReader(const std::string& name) const;
     void checkDataBlock(const xmlNode* data, const std::string& tuningName);
-    void checkValueElement(const xmlNode* element, const std::string& where);
+    // owned: the parameters the record of that section admits.
+    void checkValueElement(const xmlNode* element, const std::string& where,
+                           const std::set<Parameter>& owned);
     void checkDuplicate(FirstSeen& seen, const xmlNode* node, const std::string& key,
                         const std::string& what);
 

@@ -33,6 +33,7 @@ const std::vector<Command>& allCommands() {
          "  unknown-endpoint   an endpoint name other than speaker, headphone or other\n"
          "  unknown-port       a device port that is none of the seven port names\n"
          "  not-indented       an element whose first child is an element: the reader skips it\n"
+         "  misplaced-value    a value element in a section whose record does not keep it\n"
          "\n"
          "  --brief    the records without their values\n"
          "  --json     print the same as one JSON document\n"
