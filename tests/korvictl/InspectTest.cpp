@@ -380,6 +380,31 @@ TEST_F(InspectTest, OlderFormatsWarnWhereTheReaderOverridesTheFile) {
     EXPECT_NE(run.out.find("      bass_mbdrc_enable = 0\n"), std::string::npos);
 }
 
+TEST_F(InspectTest, NamesNeverBreakALineAndSurviveJsonUnchanged) {
+    const std::string path = write("names.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="5" maintenance="0"/>
+    <profile id="0" name="Caf&#233; &quot;Live&quot;&#10;\ 2" group="mobility">
+        <endpoint_type id="speaker">
+        </endpoint_type>
+    </profile>
+</korvi_tuning>
+)");
+    const ToolRun text = korvictl({"inspect", path});
+    ASSERT_EQ(text.status, 0) << text.err;
+    EXPECT_NE(text.out.find("  profile 0 \"Caf\u00e9 \\\"Live\\\"\\n\\\\ 2\", mobility yes"),
+              std::string::npos)
+            << text.out;
+    EXPECT_NE(text.out.find(path + ":4: warning: profile 0 \"Caf\u00e9 \\\"Live\\\"\\n\\\\ 2\" has no "
+                                   "endpoint_type for headphone, other [missing-endpoint]\n"),
+              std::string::npos)
+            << text.out;
+
+    const ToolRun json = korvictl({"inspect", "--json", path});
+    ASSERT_EQ(json.status, 0) << json.err;
+    EXPECT_EQ(Json::parse(json.out)["profiles"][0]["name"].text, "Caf\u00e9 \"Live\"\n\\ 2");
+}
+
 TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     const ToolRun run = korvictl({"inspect", "--json", kData + "/vendor/etc/korvi/wem-fs19xx.xml"});
     ASSERT_EQ(run.status, 0) << run.err;

@@ -6,14 +6,13 @@
 #include <utility>
 
 #include "JsonWriter.h"
+#include "Quoted.h"
 #include "model/Endpoint.h"
 #include "model/Parameter.h"
 
 namespace korvi::ctl {
 
 namespace {
-
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 
 std::string join(const std::vector<int>& numbers) {
     if (numbers.empty()) return "(empty)";

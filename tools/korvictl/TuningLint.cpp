@@ -5,6 +5,7 @@
 
 #include <android/log.h>
 
+#include "Quoted.h"
 #include "ValueElementMap.h"
 
 #include "common/IntText.h"
@@ -39,8 +40,6 @@ std::vector<const xmlNode*> elementChildren(const xmlNode* node) {
     }
     return out;
 }
-
-std::string quoted(const std::string& text) { return "\"" + text + "\""; }
 
 // Edit distance, for suggesting the value element a misspelt name was meant to be.
 size_t distance(const std::string& a, const std::string& b) {
