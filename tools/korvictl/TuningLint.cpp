@@ -114,6 +114,11 @@ std::vector<LintWarning> TuningLint::run() {
     mTuningOrder.clear();
     mDevices.clear();
     mKeptTunings.clear();
+    mIeqPresetIds.clear();
+    for (FirstSeen* seen : {&mIeqIds, &mIeqNames, &mGeqIds, &mProfileIds, &mProfileNames,
+                            &mTuningNames, &mDeviceIds}) {
+        seen->clear();
+    }
     const xmlNode* root = xmlDocGetRootElement(mDoc);
     if (root == nullptr || mReader.getDeviceData() == nullptr) return mWarnings;
     // The root is the one element the reader enters without stepping over a child.
