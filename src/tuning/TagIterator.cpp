@@ -34,7 +34,10 @@ int32_t TagIterator::init(std::string& path) {
         ALOGE("fail to call xmlDocGetRootElement, %d", __LINE__);
         return -19;
     }
+    // A document loaded before is released here, and with it every position saved in it: a
+    // saved node of a freed document must never come back as the current node.
     mDoc = std::move(owned);
+    mNodeStack.clear();
     mRoot = root;
     mCurrent = root->children;
     return 0;

@@ -31,7 +31,7 @@ public:
 
     // Loads the file and moves to the first child node of its root element. Returns 0, -22 for an
     // empty path or an unreadable or malformed file, -19 for a document without a root element.
-    // A document loaded before must be released with clearAll first.
+    // A document loaded before is released and the node stack emptied.
     virtual int32_t init(std::string& path);
     // To the next sibling (null past the last one); nothing when there is no current node.
     virtual void next();

@@ -214,6 +214,14 @@ TEST(TagIterator, ClearAllForgetsTheDocumentAndAllowsANewOne) {
     ASSERT_EQ(it.init(second), 0);
     EXPECT_TRUE(it.isElementNode());  // not indented: the first child is the element itself
     EXPECT_EQ(it.getNodeName(), "two");
+
+    // Loading over a loaded document replaces it and forgets the positions saved in the old one.
+    it.pushNode();
+    ASSERT_EQ(it.init(first), 0);
+    logs.clear();
+    it.popNode();
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "TagIterator", "It's empty in node stack!"));
+    EXPECT_EQ(it.getNodeName(), "text");
 }
 
 TEST(IntTextForTuningFiles, ListsMaySeparateByCommasBlanksOrBoth) {
