@@ -24,6 +24,7 @@ int usageError(const std::string& message);
 bool wantsHelp(const std::vector<std::string>& args);
 
 int runParams(const std::vector<std::string>& args);
+int runInspect(const std::vector<std::string>& args);
 int runBlob(const std::vector<std::string>& args);
 
 }  // namespace korvi::ctl

@@ -16,6 +16,33 @@ const std::vector<Command>& allCommands() {
          "the record that owns it (Tuning, Profile, ProfileEndpoint, IeqPreset, GeqPreset), or\n"
          "\"none\" for a parameter no stored record admits.\n",
          runParams},
+        {"inspect", "show what the service makes of a tuning file, and what to fix in it",
+         "usage: korvictl inspect [--brief | --json] [--strict] [--log] FILE\n"
+         "\n"
+         "Reads FILE the way the service reads a factory or OEM tuning file and prints what it\n"
+         "yields: format and tool version, virtual-bass type, IEQ and GEQ presets, profiles with\n"
+         "their endpoints, tunings with their devices, each with its values. Then the warnings a\n"
+         "tuning author must see, each as FILE:LINE: warning: text [kind]:\n"
+         "  unknown-element    an element no value setter knows (a typo?), ignored\n"
+         "  ignored-element    a known element where the service does not read it\n"
+         "  duplicate          a profile, preset, tuning or device id or name given twice\n"
+         "  dropped-tuning     a tuning without a data block, which the service drops\n"
+         "  dangling-device    a device id whose tuning the service does not have\n"
+         "  missing-ieq-preset an include selecting an IEQ preset the file lacks\n"
+         "  missing-endpoint   a profile without its speaker, headphone or other endpoint\n"
+         "  unknown-endpoint   an endpoint name other than speaker, headphone or other\n"
+         "  unknown-port       a device port that is none of the seven port names\n"
+         "  not-indented       an element whose first child is an element: the reader skips it\n"
+         "  misplaced-value    a value element in a section whose record does not keep it\n"
+         "\n"
+         "  --brief    the records without their values\n"
+         "  --json     print the same as one JSON document\n"
+         "  --strict   exit with status 3 when there is any warning\n"
+         "  --log      let the service's own log lines through to stderr\n"
+         "\n"
+         "Exit status: 0 read (warnings or not), 1 unreadable or malformed file (one line on\n"
+         "stderr), 2 usage error, 3 warnings under --strict.\n",
+         runInspect},
         {"blob", "print a parameter blob one entry per line (device, code, values)",
          "usage: korvictl blob FILE\n"
          "       korvictl blob --words WORD...\n"

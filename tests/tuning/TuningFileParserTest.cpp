@@ -1,0 +1,650 @@
+// The tuning-file parser on real files of every format family: the records field by field, the
+// defaults each family adds, dropped tunings, both endpoint tables and accumulation.
+#include <gtest/gtest.h>
+
+#include "support/LogCapture.h"
+#include "support/TempDeviceRoot.h"
+#include "tuning/TuningFileParser.h"
+
+namespace korvi {
+namespace {
+
+using test::LogCapture;
+using test::TempDeviceRoot;
+using Values = std::vector<int>;
+
+// Lookups over a DeviceData; each fails the test (and returns null) when the record is missing
+// or not unique.
+template <typename T, typename Pred>
+T* findOne(const std::set<T*>& records, Pred pred, const std::string& what) {
+    T* found = nullptr;
+    int count = 0;
+    for (T* record : records) {
+        if (pred(record)) {
+            found = record;
+            ++count;
+        }
+    }
+    EXPECT_EQ(count, 1) << what;
+    return count == 1 ? found : nullptr;
+}
+
+Profile* profileOf(DeviceData& data, int profileId) {
+    return findOne(data.getProfiles(), [&](Profile* p) { return p->getProfileId() == profileId; },
+                   "profile " + std::to_string(profileId));
+}
+
+ProfileEndpoint* endpointOf(DeviceData& data, int profileId, Endpoint endpoint) {
+    return findOne(data.getProfileEndpoints(),
+                   [&](ProfileEndpoint* e) {
+                       return e->getProfileId() == profileId && e->getEndpoint() == endpoint;
+                   },
+                   "endpoint " + std::to_string(profileId) + "/" + std::to_string(endpoint));
+}
+
+Tuning* tuningOf(DeviceData& data, const std::string& name) {
+    return findOne(data.getTunings(), [&](Tuning* t) { return t->getName() == name; }, "tuning " + name);
+}
+
+DeviceTuning* deviceOf(DeviceData& data, const std::string& device) {
+    return findOne(data.getDeviceTunings(), [&](DeviceTuning* d) { return d->getDevice() == device; },
+                   "device " + device);
+}
+
+IeqPreset* ieqOf(DeviceData& data, int presetId) {
+    return findOne(data.getIeqPresets(), [&](IeqPreset* p) { return p->getPresetId() == presetId; },
+                   "ieq preset " + std::to_string(presetId));
+}
+
+GeqPreset* geqOf(DeviceData& data, int profileId) {
+    return findOne(data.getGeqPresets(), [&](GeqPreset* p) { return p->getProfileId() == profileId; },
+                   "geq preset " + std::to_string(profileId));
+}
+
+// The current format, with the version elements after everything they govern.
+const char* kCurrentFile = R"(<?xml version="1.0" encoding="UTF-8"?>
+<korvi_tuning>
+    <preset id="7" name="x" type="ieq">
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="47" target="13"/>
+                <band_ieq frequency="141" target="-4"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <preset id="2abc" name="balanced" type="ieq">
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="47" target="18"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <preset id="1" name="movie" type="geq">
+        <data>
+            <geq-bands>
+                <band_geq frequency="47" gain="64"/>
+                <band_geq frequency="141" gain="-32"/>
+            </geq-bands>
+        </data>
+    </preset>
+    <preset id="9" name="unknown" type="peq"/>
+    <profile id="1" name="Movie" group="mobility">
+        <drc-metadata value="1, 0, 0, 0"/>
+        <ieq-enable value="1"/>
+        <ieq-amount value="9"/>
+        <reverb-suppression-amount value="5"/>
+        <endpoint_type id="speaker">
+            <include ieq_preset="7"/>
+            <ieq-enable value="true"/>
+            <ieq-amount value="10"/>
+            <dialog-enhancer-amount value="6"/>
+            <no-such-element value="3"/>
+        </endpoint_type>
+        <endpoint_type id="headphone">
+            <dialog-enhancer-enable value="false"/>
+            <include ieq_preset="3"/>
+        </endpoint_type>
+        <endpoint_type id="usb">
+            <include/>
+            <volume-leveler-amount value="4"/>
+        </endpoint_type>
+    </profile>
+    <profile id="3" name="Voice">
+        <endpoint_type id="other">
+            <include ieq_preset="2"/>
+        </endpoint_type>
+    </profile>
+    <tuning name="spk_stereo" endpoint_type="usb" mono_device="TRUE" orientation="1" output_channels="4">
+        <device_id id="default_internal_speaker" endpoint_port="internal_speaker"/>
+        <!-- the data block follows the devices -->
+        <device_id id="spk_alt" endpoint_port="hdmi"/>
+        <data>
+            <bass-enhancer-boost value="192"/>
+            <virtual-bass-src-freqs frequency_low="35" frequency_high="160"/>
+            <output-mode>
+                <matrix>
+                    <row value="16384, 0"/>
+                    <row value="0, 16384"/>
+                </matrix>
+            </output-mode>
+        </data>
+        <device_id id="after_data" endpoint_port="usb"/>
+    </tuning>
+    <tuning name="hp_mono" endpoint_type="headphone" mono_device="true" orientation="0" output_channels="2">
+        <device_id id="default_headphone" endpoint_port="headphone"/>
+        <data>
+            <height-filter-mode value="2"/>
+        </data>
+    </tuning>
+    <tuning name="no_data" endpoint_type="other">
+        <device_id id="orphan_a" endpoint_port="usb"/>
+        <device_id id="orphan_b" endpoint_port="bluetooth"/>
+    </tuning>
+    <tuning name="empty" endpoint_type="other"/>
+    <authorized_technologies>
+        <!-- the first element child carries the virtual-bass type -->
+        <technology name="virtual-bass" virtual_bass_process="3"/>
+    </authorized_technologies>
+    <tool_version major="2" minor="11" maintenance="3"/>
+    <format_version major="3" minor="5" maintenance="0"/>
+</korvi_tuning>
+)";
+
+TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
+    TempDeviceRoot root;
+    std::string path = root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile);
+    LogCapture logs;
+    TuningFileParser parser;
+    ASSERT_EQ(parser.setTuningFile(path), 0);
+    ASSERT_TRUE(parser.isParsed());
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+
+    EXPECT_EQ(data->getFormatVersion(), "3.5.0");
+    EXPECT_EQ(data->getToolVersion(), "2.11.3");
+    EXPECT_EQ(data->getSignature(), "");
+    EXPECT_EQ(parser.getVirtualBassType(), 3);
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "xml version: 3.5.0")) << logs.dump();
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser",
+                              "parseAuthorizedTechnologies, mVirtualBassType = 3"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser",
+                              "parseProfileEndpoint:usb, parse the include ieq preset"));
+
+    // IEQ presets: id and name as written (atoi rules for the id); the unknown type makes nothing.
+    ASSERT_EQ(data->getIeqPresets().size(), 2u);
+    IeqPreset* x = ieqOf(*data, 7);
+    ASSERT_NE(x, nullptr);
+    EXPECT_EQ(x->getName(), "x");
+    EXPECT_EQ(x->getId(), -1);
+    EXPECT_TRUE(x->isDirty());
+    EXPECT_EQ(x->mValues[IEQ_ID], Values{7});
+    EXPECT_EQ(x->mValues[IEQ_FREQUENCY], (Values{47, 141}));
+    EXPECT_EQ(x->mValues[IEQ_TARGET], (Values{13, -4}));
+    IeqPreset* balanced = ieqOf(*data, 2);
+    ASSERT_NE(balanced, nullptr);
+    EXPECT_EQ(balanced->getName(), "balanced");
+    EXPECT_EQ(balanced->mValues[IEQ_TARGET], Values{18});
+
+    ASSERT_EQ(data->getGeqPresets().size(), 1u);
+    GeqPreset* geq = geqOf(*data, 1);
+    ASSERT_NE(geq, nullptr);
+    EXPECT_EQ(geq->getId(), -1);
+    EXPECT_TRUE(geq->isDirty());
+    EXPECT_EQ(geq->mValues.size(), 2u);
+    EXPECT_EQ(geq->mValues[GEQ_FREQUENCY], (Values{47, 141}));
+    EXPECT_EQ(geq->mValues[GEQ_GAIN], (Values{64, -32}));
+
+    // Profiles: the profile-level IEQ switch and amount are not stored in the profile.
+    EXPECT_EQ(parser.getNumOfProfiles(), 2);
+    ASSERT_EQ(data->getProfiles().size(), 2u);
+    Profile* movie = profileOf(*data, 1);
+    ASSERT_NE(movie, nullptr);
+    EXPECT_EQ(movie->getName(), "Movie");
+    EXPECT_TRUE(movie->isMobility());
+    EXPECT_EQ(movie->getSelectedGeqPreset(), 1);
+    EXPECT_EQ(movie->getId(), -1);
+    EXPECT_TRUE(movie->isDirty());
+    EXPECT_EQ(movie->mValues.size(), 2u);
+    EXPECT_EQ(movie->mValues[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
+    EXPECT_EQ(movie->mValues[REVERB_SUPPRESSION_AMOUNT], Values{5});
+    Profile* voice = profileOf(*data, 3);
+    ASSERT_NE(voice, nullptr);
+    EXPECT_FALSE(voice->isMobility());  // no group
+    EXPECT_EQ(parser.getProfileName(1), "Movie");
+    EXPECT_EQ(parser.getProfileName(3), "Voice");
+    EXPECT_EQ(parser.getProfileName(2), "");
+
+    // Endpoints: a leading include selects the preset; a later one is ignored; an unknown id is
+    // an "other" endpoint. Nothing of the 3.2 family is added, the virtual-bass type always is.
+    ASSERT_EQ(data->getProfileEndpoints().size(), 4u);
+    ProfileEndpoint* speaker = endpointOf(*data, 1, SPEAKER);
+    ASSERT_NE(speaker, nullptr);
+    EXPECT_EQ(speaker->getSelectedIeqPreset(), 7);
+    EXPECT_EQ(speaker->getId(), -1);
+    EXPECT_TRUE(speaker->isDirty());
+    EXPECT_EQ(speaker->mValues.size(), 4u);
+    EXPECT_EQ(speaker->mValues[IEQ_ENABLE], Values{1});
+    EXPECT_EQ(speaker->mValues[IEQ_AMOUNT], Values{10});
+    EXPECT_EQ(speaker->mValues[DIALOG_ENHANCER_AMOUNT], Values{6});
+    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{3});
+    ProfileEndpoint* headphone = endpointOf(*data, 1, HEADPHONE);
+    ASSERT_NE(headphone, nullptr);
+    EXPECT_EQ(headphone->getSelectedIeqPreset(), 0);
+    EXPECT_EQ(headphone->mValues.size(), 2u);
+    EXPECT_EQ(headphone->mValues[DIALOG_ENHANCER_ENABLE], Values{0});
+    EXPECT_EQ(headphone->mValues[VIRTUAL_BASS_TYPE], Values{3});
+    ProfileEndpoint* usb = endpointOf(*data, 1, OTHER);
+    ASSERT_NE(usb, nullptr);
+    EXPECT_EQ(usb->getSelectedIeqPreset(), 0);  // an include without ieq_preset reads 0
+    EXPECT_EQ(usb->mValues[VOLUME_LEVELER_AMOUNT], Values{4});
+    ProfileEndpoint* voiceOther = endpointOf(*data, 3, OTHER);
+    ASSERT_NE(voiceOther, nullptr);
+    EXPECT_EQ(voiceOther->getSelectedIeqPreset(), 2);
+    EXPECT_EQ(voiceOther->mValues.size(), 1u);
+
+    // Tunings: an unknown endpoint_type is a speaker; mono only for the exact text "true".
+    ASSERT_EQ(data->getTunings().size(), 2u);
+    Tuning* stereo = tuningOf(*data, "spk_stereo");
+    ASSERT_NE(stereo, nullptr);
+    EXPECT_EQ(stereo->getEndpoint(), SPEAKER);
+    EXPECT_FALSE(stereo->isMono());
+    EXPECT_TRUE(stereo->isReadonly());
+    EXPECT_TRUE(stereo->isDirty());
+    EXPECT_EQ(stereo->getId(), -1);
+    EXPECT_EQ(stereo->mValues.size(), 6u);
+    EXPECT_EQ(stereo->mValues[ORIENTATION], Values{1});
+    EXPECT_EQ(stereo->mValues[OUTPUT_CHANNELS], Values{4});
+    EXPECT_EQ(stereo->mValues[BASS_ENHANCER_BOOST], Values{192});
+    EXPECT_EQ(stereo->mValues[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
+    EXPECT_EQ(stereo->mValues[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    EXPECT_EQ(stereo->mValues[OUTPUT_MIX_MATRIX], (Values{16384, 0, 0, 16384}));
+    Tuning* mono = tuningOf(*data, "hp_mono");
+    ASSERT_NE(mono, nullptr);
+    EXPECT_EQ(mono->getEndpoint(), HEADPHONE);
+    EXPECT_TRUE(mono->isMono());
+    EXPECT_EQ(mono->mValues[ORIENTATION], Values{0});
+    EXPECT_EQ(mono->mValues[OUTPUT_CHANNELS], Values{2});
+    EXPECT_EQ(mono->mValues[HEIGHT_FILTER_MODE], Values{2});
+    EXPECT_EQ(mono->mValues.count(BASS_MBDRC_ENABLE), 0u);
+
+    // Device tunings: only the leading device_id elements; those of a dropped tuning stay.
+    ASSERT_EQ(data->getDeviceTunings().size(), 5u);
+    DeviceTuning* spk = deviceOf(*data, "default_internal_speaker");
+    ASSERT_NE(spk, nullptr);
+    EXPECT_EQ(spk->getPort(), "internal_speaker");
+    EXPECT_EQ(spk->getTuning(), "spk_stereo");
+    EXPECT_EQ(spk->getId(), -1);
+    EXPECT_TRUE(spk->isDirty());
+    ASSERT_NE(deviceOf(*data, "spk_alt"), nullptr);
+    EXPECT_EQ(deviceOf(*data, "spk_alt")->getPort(), "hdmi");
+    ASSERT_NE(deviceOf(*data, "orphan_b"), nullptr);
+    EXPECT_EQ(deviceOf(*data, "orphan_b")->getTuning(), "no_data");
+    EXPECT_EQ(deviceOf(*data, "orphan_a")->getPort(), "usb");
+    EXPECT_NE(deviceOf(*data, "default_headphone"), nullptr);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 2u)
+        << logs.dump();
+}
+
+// The 3.2 family: IEQ presets named by text, one include and IEQ switch per profile.
+std::string family32File(const std::string& maintenance) {
+    return R"(<?xml version="1.0" encoding="UTF-8"?>
+<korvi_tuning>
+    <format_version major="3" minor="2" maintenance=")" + maintenance + R"("/>
+    <tool_version major="1" minor="8" maintenance="2"/>
+    <authorized_technologies>
+        <technology virtual_bass_process="5"/>
+    </authorized_technologies>
+    <preset id="ieq_warm" name="Cosy" type="ieq">
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="47" target="-10"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <preset id="of" name="Short" type="ieq"/>
+    <profile id="2" name="Music" group="mobility">
+        <endpoint_type id="speaker">
+            <include ieq_preset="1"/>
+            <virtualizer-start-band value="7"/>
+        </endpoint_type>
+        <include preset="ieq_balanced"/>
+        <ieq-enable value="1"/>
+        <ieq-amount value="9"/>
+        <endpoint_type id="headphone">
+            <hearing-protection-enable value="1"/>
+        </endpoint_type>
+        <endpoint_type id="bluetooth"/>
+    </profile>
+    <tuning name="spk" endpoint_type="speaker" mono_device="false" orientation="0" output_channels="2">
+        <device_id id="default_internal_speaker" endpoint_port="internal_speaker"/>
+        <data>
+            <bass-mbdrc-enable value="1"/>
+            <bass-enhancer-boost value="100"/>
+        </data>
+    </tuning>
+</korvi_tuning>
+)";
+}
+
+TEST(TuningFileParser, Format320AddsProfileLevelIeqAndFamilyDefaults) {
+    TempDeviceRoot root;
+    std::string path = root.write("wem-3.2.0.xml", family32File("0"));
+    LogCapture logs;
+    TuningFileParser parser;
+    ASSERT_EQ(parser.setTuningFile(path), 0);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->getFormatVersion(), "3.2.0");
+    EXPECT_EQ(parser.getVirtualBassType(), 2);  // the authorized technologies are not read
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "parseProfile, parse the ieq preset"));
+
+    // Presets by text: the canonical name replaces the written one; a two-letter id is invalid.
+    ASSERT_EQ(data->getIeqPresets().size(), 2u);
+    IeqPreset* warm = ieqOf(*data, 3);
+    ASSERT_NE(warm, nullptr);
+    EXPECT_EQ(warm->getName(), "warm");
+    EXPECT_EQ(warm->mValues[IEQ_TARGET], Values{-10});
+    IeqPreset* off = ieqOf(*data, 0);
+    ASSERT_NE(off, nullptr);
+    EXPECT_EQ(off->getName(), "off");
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u) << logs.dump();
+
+    Profile* music = profileOf(*data, 2);
+    ASSERT_NE(music, nullptr);
+    EXPECT_FALSE(music->isMobility());  // never in this family
+    EXPECT_TRUE(music->mValues.empty());
+
+    // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
+    // endpoints that follow them; the endpoint's own include is not read.
+    ASSERT_EQ(data->getProfileEndpoints().size(), 3u);
+    ProfileEndpoint* speaker = endpointOf(*data, 2, SPEAKER);
+    ASSERT_NE(speaker, nullptr);
+    EXPECT_EQ(speaker->getSelectedIeqPreset(), 2);
+    EXPECT_EQ(speaker->mValues.size(), 5u);
+    EXPECT_EQ(speaker->mValues[IEQ_ENABLE], Values{0});
+    EXPECT_EQ(speaker->mValues[IEQ_AMOUNT], Values{0});
+    EXPECT_EQ(speaker->mValues[VIRTUALIZER_START_BAND], Values{7});
+    EXPECT_EQ(speaker->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{2});
+    ProfileEndpoint* headphone = endpointOf(*data, 2, HEADPHONE);
+    ASSERT_NE(headphone, nullptr);
+    EXPECT_EQ(headphone->getSelectedIeqPreset(), 2);
+    EXPECT_EQ(headphone->mValues.size(), 5u);
+    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{1});
+    EXPECT_EQ(headphone->mValues[IEQ_AMOUNT], Values{9});
+    EXPECT_EQ(headphone->mValues[HEARING_PROTECTION_ENABLE], Values{1});
+    EXPECT_EQ(headphone->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+    EXPECT_EQ(headphone->mValues[VIRTUAL_BASS_TYPE], Values{2});
+    ProfileEndpoint* other = endpointOf(*data, 2, OTHER);
+    ASSERT_NE(other, nullptr);
+    EXPECT_EQ(other->getSelectedIeqPreset(), 2);
+    EXPECT_EQ(other->mValues[IEQ_AMOUNT], Values{9});
+
+    Tuning* spk = tuningOf(*data, "spk");
+    ASSERT_NE(spk, nullptr);
+    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{1});  // only 3.2.2 forces it off
+}
+
+TEST(TuningFileParser, Format322AlsoForcesHearingProtectionStartBandAndMbdrcOff) {
+    TempDeviceRoot root;
+    std::string path = root.write("wem-3.2.2.xml", family32File("2"));
+    TuningFileParser parser(path);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->getFormatVersion(), "3.2.2");
+    EXPECT_EQ(parser.getVirtualBassType(), 2);
+    ProfileEndpoint* speaker = endpointOf(*data, 2, SPEAKER);
+    ASSERT_NE(speaker, nullptr);
+    EXPECT_EQ(speaker->mValues.size(), 6u);
+    EXPECT_EQ(speaker->mValues[VIRTUALIZER_START_BAND], Values{0});
+    EXPECT_EQ(speaker->mValues[HEARING_PROTECTION_ENABLE], Values{0});
+    ProfileEndpoint* headphone = endpointOf(*data, 2, HEADPHONE);
+    ASSERT_NE(headphone, nullptr);
+    EXPECT_EQ(headphone->mValues[HEARING_PROTECTION_ENABLE], Values{0});
+    EXPECT_EQ(headphone->mValues[VIRTUALIZER_START_BAND], Values{0});
+    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{1});
+    EXPECT_EQ(headphone->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+    Tuning* spk = tuningOf(*data, "spk");
+    ASSERT_NE(spk, nullptr);
+    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{0});
+    EXPECT_EQ(spk->mValues[BASS_ENHANCER_BOOST], Values{100});
+}
+
+TEST(TuningFileParser, VersionTestsArePrefixTests) {
+    TempDeviceRoot root;
+    // 3.2.25 begins with "3.2.2": all 3.2.2 defaults apply.
+    std::string path = root.write("wem-3.2.25.xml", family32File("25"));
+    TuningFileParser parser(path);
+    ASSERT_NE(parser.getDeviceData(), nullptr);
+    Tuning* spk = tuningOf(*parser.getDeviceData(), "spk");
+    ASSERT_NE(spk, nullptr);
+    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{0});
+
+    // 3.20.1 does not begin with "3.2.": read as the current format.
+    std::string current = family32File("0");
+    current.replace(current.find(R"(minor="2")"), 9, R"(minor="20")");
+    current.replace(current.find(R"(maintenance="0")"), 15, R"(maintenance="1")");
+    std::string path2 = root.write("wem-3.20.1.xml", current);
+    TuningFileParser parser2(path2);
+    ASSERT_NE(parser2.getDeviceData(), nullptr);
+    EXPECT_EQ(parser2.getDeviceData()->getFormatVersion(), "3.20.1");
+    EXPECT_EQ(parser2.getVirtualBassType(), 5);
+    ProfileEndpoint* speaker = endpointOf(*parser2.getDeviceData(), 2, SPEAKER);
+    ASSERT_NE(speaker, nullptr);
+    EXPECT_EQ(speaker->getSelectedIeqPreset(), 1);  // its own include, by number
+    EXPECT_EQ(speaker->mValues.count(HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE), 0u);
+    EXPECT_TRUE(profileOf(*parser2.getDeviceData(), 2)->isMobility());
+}
+
+TEST(TuningFileParser, Format330NamesPresetsAndIncludesByText) {
+    TempDeviceRoot root;
+    std::string path = root.write("wem-3.3.0.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="3" maintenance="0"/>
+    <preset id="ieq_detailed" name="Sharp" type="ieq">
+        <data>
+            <ieq-bands>
+                <band_ieq frequency="100" target="5"/>
+            </ieq-bands>
+        </data>
+    </preset>
+    <profile id="0" name="Dynamic" group="mobility">
+        <ieq-enable value="1"/>
+        <endpoint_type id="speaker">
+            <include preset="ieq_warm" ieq_preset="2"/>
+            <ieq-enable value="1"/>
+        </endpoint_type>
+        <endpoint_type id="headphone">
+            <include preset="balanced_warm"/>
+        </endpoint_type>
+        <endpoint_type id="other">
+            <include preset="warm_off"/>
+        </endpoint_type>
+    </profile>
+</korvi_tuning>
+)");
+    TuningFileParser parser(path);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(parser.getVirtualBassType(), 1);  // no authorized technologies
+    IeqPreset* detailed = ieqOf(*data, 1);
+    ASSERT_NE(detailed, nullptr);
+    EXPECT_EQ(detailed->getName(), "detailed");
+    EXPECT_TRUE(profileOf(*data, 0)->isMobility());
+    ProfileEndpoint* speaker = endpointOf(*data, 0, SPEAKER);
+    ASSERT_NE(speaker, nullptr);
+    EXPECT_EQ(speaker->getSelectedIeqPreset(), 3);
+    EXPECT_EQ(speaker->mValues.size(), 2u);  // ieq_enable and the virtual-bass type only
+    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{1});
+    EXPECT_EQ(endpointOf(*data, 0, HEADPHONE)->getSelectedIeqPreset(), 2);
+    EXPECT_EQ(endpointOf(*data, 0, OTHER)->getSelectedIeqPreset(), 0);
+}
+
+TEST(TuningFileParser, IeqPresetNamesAreTestedInAFixedOrder) {
+    TuningFileParser parser;
+    LogCapture logs;
+    EXPECT_EQ(parser.getIeqPresetIdByName("of"), 0);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u);
+    EXPECT_EQ(parser.getIeqPresetIdByName("ieq_off"), 0);
+    EXPECT_EQ(parser.getIeqPresetIdByName("warm_off"), 0);
+    EXPECT_EQ(parser.getIeqPresetIdByName("balanced_warm"), 2);
+    EXPECT_EQ(parser.getIeqPresetIdByName("warm_detailed"), 3);
+    EXPECT_EQ(parser.getIeqPresetIdByName("ieq_detailed"), 1);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u);
+    EXPECT_EQ(parser.getIeqPresetIdByName("Warm"), 0);  // case-sensitive
+    EXPECT_EQ(parser.getIeqPresetIdByName(""), 0);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 3u) << logs.dump();
+}
+
+TEST(TuningFileParser, FailedFilesChangeNothingAndAFreshParserIsEmpty) {
+    TempDeviceRoot root;
+    TuningFileParser parser;
+    EXPECT_FALSE(parser.isParsed());
+    EXPECT_EQ(parser.getDeviceData(), nullptr);
+    EXPECT_EQ(parser.getNumOfProfiles(), 0);
+    EXPECT_EQ(parser.getVirtualBassType(), 1);
+    EXPECT_EQ(parser.getProfileName(5), "");
+
+    LogCapture logs;
+    EXPECT_EQ(parser.setTuningFile(""), -22);
+    EXPECT_EQ(parser.setTuningFile(root.path("vendor/etc/korvi/missing.xml")), -22);
+    EXPECT_EQ(parser.setTuningFile(root.write("bad.xml", "<korvi_tuning><profile>")), -22);
+    EXPECT_FALSE(parser.isParsed());
+    EXPECT_EQ(parser.getDeviceData(), nullptr);
+    EXPECT_TRUE(logs.containsText("TagIterator", "Invalide xml file path")) << logs.dump();
+
+    // A good file, then a bad one: the first result stays.
+    ASSERT_EQ(parser.setTuningFile(root.write("good.xml", kCurrentFile)), 0);
+    DeviceData* data = parser.getDeviceData();
+    EXPECT_EQ(parser.setTuningFile(root.path("missing.xml")), -22);
+    EXPECT_EQ(parser.getDeviceData(), data);
+    EXPECT_EQ(data->getProfiles().size(), 2u);
+    EXPECT_TRUE(parser.isParsed());
+}
+
+TEST(TuningFileParser, ASecondFileAddsItsRecordsToTheFirst) {
+    TempDeviceRoot root;
+    std::string factory = root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile);
+    std::string extra = root.write("data/vendor/korvi/wem-extra.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="5" maintenance="1"/>
+    <tool_version major="2" minor="12" maintenance="0"/>
+    <profile id="4" name="Game">
+        <endpoint_type id="speaker"/>
+    </profile>
+    <tuning name="oem_usb_dac" endpoint_type="headphone" mono_device="false" orientation="0" output_channels="2">
+        <device_id id="Korvi DAC" endpoint_port="usb"/>
+        <data>
+            <bass-enhancer-boost value="50"/>
+        </data>
+    </tuning>
+</korvi_tuning>
+)");
+    TuningFileParser parser;
+    ASSERT_EQ(parser.setTuningFile(factory), 0);
+    ASSERT_EQ(parser.setTuningFile(extra), 0);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    EXPECT_EQ(data->getFormatVersion(), "3.5.1");
+    EXPECT_EQ(data->getToolVersion(), "2.12.0");
+    EXPECT_EQ(parser.getNumOfProfiles(), 3);
+    EXPECT_EQ(data->getIeqPresets().size(), 2u);
+    EXPECT_EQ(data->getGeqPresets().size(), 1u);
+    EXPECT_EQ(data->getProfiles().size(), 3u);
+    EXPECT_EQ(data->getProfileEndpoints().size(), 5u);
+    EXPECT_EQ(data->getTunings().size(), 3u);
+    EXPECT_EQ(data->getDeviceTunings().size(), 6u);
+    EXPECT_EQ(parser.getProfileName(4), "Game");
+    EXPECT_EQ(parser.getProfileName(1), "Movie");
+    // The virtual-bass type of the first file carries on into the second one's endpoints.
+    ProfileEndpoint* game = endpointOf(*data, 4, SPEAKER);
+    ASSERT_NE(game, nullptr);
+    EXPECT_EQ(game->mValues[VIRTUAL_BASS_TYPE], Values{3});
+    ASSERT_NE(tuningOf(*data, "oem_usb_dac"), nullptr);
+    EXPECT_EQ(deviceOf(*data, "Korvi DAC")->getTuning(), "oem_usb_dac");
+    EXPECT_NE(tuningOf(*data, "spk_stereo"), nullptr);
+}
+
+TEST(TuningFileParser, RepeatedProfileIdsAreAllKeptAndTheLastNameWins) {
+    TempDeviceRoot root;
+    std::string path = root.write("dup.xml", R"(<?xml version="1.0"?>
+<korvi_tuning>
+    <format_version major="3" minor="5" maintenance="0"/>
+    <profile id="1" name="First"/>
+    <profile id="1" name="Second">
+    </profile>
+    <profile name="NoId"/>
+</korvi_tuning>
+)");
+    TuningFileParser parser(path);
+    ASSERT_NE(parser.getDeviceData(), nullptr);
+    EXPECT_EQ(parser.getNumOfProfiles(), 3);
+    EXPECT_EQ(parser.getDeviceData()->getProfiles().size(), 3u);
+    EXPECT_EQ(parser.getProfileName(1), "Second");
+    EXPECT_EQ(parser.getProfileName(0), "NoId");  // a missing id reads 0
+    EXPECT_TRUE(parser.getDeviceData()->getProfileEndpoints().empty());
+}
+
+// Nested entities that would expand to gigabytes: the XML library refuses the document, so the
+// reader neither expands them into attribute texts nor runs out of memory.
+TEST(TuningFileParser, ExplodingEntitiesAreRefused) {
+    TempDeviceRoot root;
+    std::string path = root.write("laughs.xml", R"(<?xml version="1.0"?>
+<!DOCTYPE r [
+<!ENTITY a "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa">
+<!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">
+<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">
+<!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;">
+<!ENTITY e "&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;">
+<!ENTITY f "&e;&e;&e;&e;&e;&e;&e;&e;&e;&e;">
+<!ENTITY g "&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;">
+<!ENTITY h "&g;&g;&g;&g;&g;&g;&g;&g;&g;&g;">
+]>
+<r>
+    <format_version major="&h;" minor="1" maintenance="0"/>
+    <profile id="1" name="&h;"/>
+</r>
+)");
+    TuningFileParser parser;
+    EXPECT_EQ(parser.setTuningFile(path), -22);
+    EXPECT_EQ(parser.getDeviceData(), nullptr);
+    EXPECT_EQ(parser.getNumOfProfiles(), 0);
+}
+
+// Entering an element steps over its first child node: written without line breaks, the first
+// child element is the one lost. An element without any children has nothing to walk.
+TEST(TuningFileParser, UnindentedFilesLoseEachFirstChildElement) {
+    TempDeviceRoot root;
+    std::string path = root.write("flat.xml",
+        R"(<korvi_tuning><format_version major="3" minor="5" maintenance="0"/>)"
+        R"(<profile id="1" name="P"><endpoint_type id="speaker"/><endpoint_type id="headphone">)"
+        R"(<include ieq_preset="2"/><ieq-enable value="0"/></endpoint_type></profile>)"
+        R"(<tuning name="bare" endpoint_type="other"/>)"
+        R"(<tuning name="t"><device_id id="skipped" endpoint_port="usb"/>)"
+        R"(<device_id id="kept" endpoint_port="usb"/><data><bass-enhancer-boost value="1"/>)"
+        R"(<bass-enhancer-width value="2"/></data></tuning></korvi_tuning>)");
+    LogCapture logs;
+    TuningFileParser parser(path);
+    DeviceData* data = parser.getDeviceData();
+    ASSERT_NE(data, nullptr);
+    // The root's first child is read: only entering an element skips.
+    EXPECT_EQ(data->getFormatVersion(), "3.5.0");
+    ASSERT_EQ(data->getProfileEndpoints().size(), 1u);
+    ProfileEndpoint* headphone = endpointOf(*data, 1, HEADPHONE);
+    ASSERT_NE(headphone, nullptr);
+    EXPECT_EQ(headphone->getSelectedIeqPreset(), 0);  // the include was the skipped node
+    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{0});
+
+    ASSERT_EQ(data->getTunings().size(), 1u);
+    Tuning* t = tuningOf(*data, "t");
+    ASSERT_NE(t, nullptr);
+    EXPECT_EQ(t->mValues.count(BASS_ENHANCER_BOOST), 0u);
+    EXPECT_EQ(t->mValues[BASS_ENHANCER_WIDTH], Values{2});
+    ASSERT_EQ(data->getDeviceTunings().size(), 1u);
+    EXPECT_EQ((*data->getDeviceTunings().begin())->getDevice(), "kept");
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 1u)
+        << logs.dump();
+}
+
+}  // namespace
+}  // namespace korvi

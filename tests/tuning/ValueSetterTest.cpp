@@ -1,0 +1,260 @@
+// Value setters: every element name of the collection with its class and parameters, and each
+// setter class on real elements read from a file.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "model/Tuning.h"
+#include "support/TempDeviceRoot.h"
+#include "tuning/SetterCollection.h"
+
+namespace korvi {
+namespace {
+
+using test::TempDeviceRoot;
+using Values = std::vector<int>;
+
+// Reads one element, written indented below a root, and applies the setter of its name to a
+// fresh record that starts clean. The cursor must be back on the element afterwards.
+class SetterFixture : public ::testing::Test {
+protected:
+    // Returns the record's values; fails the test when the element has no setter.
+    std::map<Parameter, Values> apply(const std::string& element, bool* dirty = nullptr) {
+        std::string path = mRoot.write("setter.xml", "<root>\n    " + element + "\n</root>\n");
+        TagIterator it;
+        EXPECT_EQ(it.init(path), 0);
+        while (it.isCurValid() && !it.isElementNode()) it.next();
+        const std::string name = it.getNodeName();
+        const ValueSetter* setter = mCollection.getValueSetter(name);
+        EXPECT_NE(setter, nullptr) << name;
+        Tuning record("t", SPEAKER, false);
+        record.setDirty(false);
+        if (setter == nullptr) return {};
+        EXPECT_EQ(setter->getNodeName(), name);
+        setter->set(record, it);
+        EXPECT_EQ(it.getNodeName(), name) << "cursor not back on the element";
+        if (dirty != nullptr) *dirty = record.isDirty();
+        return record.mValues;
+    }
+
+    TempDeviceRoot mRoot;
+    SetterCollection mCollection;
+};
+
+// The column a value element fills is its name with '_' for '-', apart from one element.
+std::string columnOf(std::string element) {
+    if (element == "virtual-bass-process-enable") return "virtual_bass_enable";
+    std::replace(element.begin(), element.end(), '-', '_');
+    return element;
+}
+
+const char* const kSimpleNames[] = {
+    "calibration-boost", "dialog-enhancer-enable", "dialog-enhancer-amount",
+    "dialog-enhancer-ducking", "mi-virtualizer-binaural-steering-enable", "peak-value",
+    "surround-decoder-enable", "surround-boost", "volmax-boost", "volume-leveler-enable",
+    "volume-leveler-amount", "volume-leveler-in-target", "volume-leveler-out-target",
+    "graphic-equalizer-enable", "virtualizer-enable", "virtualizer-start-band",
+    "bass-enhancer-enable", "virtual-bass-process-enable",
+    "headphone-virtualizer-steerer-source-distance", "hearing-protection-enable",
+    "hearing-protection-rms-averaging-time-win-len", "hearing-protection-rms-attenuation-target",
+    "hearing-protection-attenuation-attack-time", "hearing-protection-attenuation-release-time",
+    "ieq-enable", "ieq-amount", "mi-dv-leveler-steering-enable", "mi-ieq-steering-enable",
+    "mi-surround-compressor-steering-enable", "mi-adaptive-virtualizer-steering-enable",
+    "reverb-suppression-enable", "reverb-suppression-amount", "volume-modeler-enable",
+    "bass-enhancer-boost", "bass-enhancer-cutoff-frequency", "bass-enhancer-width",
+    "bass-extraction-cutoff-frequency", "height-filter-mode", "regulator-overdrive",
+    "regulator-timbre-preservation", "regulator-distortion-slope", "virtual-bass-rolloff-gain",
+    "virtual-bass-blend-linear-gain", "virtual-bass-overall-gain", "virtual-bass-slope-gain",
+    "virtualizer-front-speaker-angle", "virtualizer-height-speaker-angle",
+    "virtualizer-surround-speaker-angle", "volume-leveler-compressor-enable",
+    "volume-modeler-calibration", "audio-optimizer-enable", "bass-extraction-enable",
+    "regulator-enable", "regulator-speaker-dist-enable", "virtual-bass-mode",
+    "complex-equalizer-enable", "regulator-sibilance-suppress-enable", "bass-mbdrc-enable",
+};
+
+const char* const kRowNames[] = {
+    "regulator-stress-amount", "virtual-bass-harmgains", "virtual-bass-hybgains",
+    "virtual-bass-mix-frequency", "virtual-bass-compressor-tuning",
+    "complex-equalizer-tuning-left", "complex-equalizer-tuning-right",
+    "complex-equalizer-tuning-left-surround", "complex-equalizer-tuning-right-surround",
+    "regulator-sibilance-suppress-amounts-left", "regulator-sibilance-suppress-amounts-right",
+    "regulator-sibilance-suppress-amounts-left-surround",
+    "regulator-sibilance-suppress-amounts-right-surround", "bass-mbdrc-tuning",
+};
+
+TEST_F(SetterFixture, CollectionHasEightyOneNamesAndNothingElse) {
+    EXPECT_EQ(SetterCollection::kAllValueSetters.size(), 81u);
+    EXPECT_EQ(mCollection.size(), 81u);
+    EXPECT_EQ(std::size(kSimpleNames) + std::size(kRowNames) + 9, 81u);
+    EXPECT_EQ(mCollection.getValueSetter("no-such-element"), nullptr);
+    EXPECT_EQ(mCollection.getValueSetter("no-such-element"), nullptr);
+    EXPECT_EQ(mCollection.getValueSetter("endpoint_type"), nullptr);
+    EXPECT_EQ(mCollection.getValueSetter("Ieq-enable"), nullptr);
+    EXPECT_EQ(mCollection.size(), 81u);
+    for (ValueSetter* setter : SetterCollection::kAllValueSetters) {
+        EXPECT_EQ(mCollection.getValueSetter(setter->getNodeName()), setter);
+    }
+}
+
+TEST_F(SetterFixture, EverySimpleElementFillsItsOwnParameterWithOneNumber) {
+    for (const char* name : kSimpleNames) {
+        ASSERT_NE(dynamic_cast<SimpleValueSetter*>(mCollection.getValueSetter(name)), nullptr) << name;
+        bool dirty = false;
+        auto values = apply(std::string("<") + name + " value=\"-17\"/>", &dirty);
+        ASSERT_EQ(values.size(), 1u) << name;
+        EXPECT_EQ(kParameterNames[values.begin()->first], columnOf(name));
+        EXPECT_EQ(values.begin()->second, Values{-17}) << name;
+        EXPECT_TRUE(dirty) << name;
+    }
+}
+
+TEST_F(SetterFixture, EveryRowElementFillsItsOwnParameterWithAList) {
+    for (const char* name : kRowNames) {
+        ValueSetter* setter = mCollection.getValueSetter(name);
+        ASSERT_NE(dynamic_cast<RowDataValueSetter*>(setter), nullptr) << name;
+        EXPECT_EQ(dynamic_cast<DrcRowDataValueSetter*>(setter), nullptr) << name;
+        auto values = apply(std::string("<") + name + " value=\"3, -4,5 6\"/>");
+        ASSERT_EQ(values.size(), 1u) << name;
+        EXPECT_EQ(kParameterNames[values.begin()->first], columnOf(name));
+        EXPECT_EQ(values.begin()->second, (Values{3, -4, 5, 6})) << name;
+    }
+}
+
+TEST_F(SetterFixture, SimpleSetterReadsSwitchesNumbersAndMissingValues) {
+    EXPECT_EQ(apply(R"(<volume-leveler-enable value="true"/>)")[VOLUME_LEVELER_ENABLE], Values{1});
+    EXPECT_EQ(apply(R"(<volume-leveler-enable value="7"/>)")[VOLUME_LEVELER_ENABLE], Values{7});
+    EXPECT_EQ(apply(R"(<volume-leveler-enable/>)")[VOLUME_LEVELER_ENABLE], Values{0});
+    EXPECT_EQ(apply(R"(<volume-leveler-enable value="false"/>)")[VOLUME_LEVELER_ENABLE], Values{0});
+    EXPECT_EQ(apply(R"(<volume-leveler-enable value="True"/>)")[VOLUME_LEVELER_ENABLE], Values{0});
+    EXPECT_EQ(apply(R"(<peak-value other="3" value=" 12dB"/>)")[PEAK_VALUE], Values{12});
+}
+
+TEST_F(SetterFixture, RowSettersTakeTheFirstAttributeAndDrcIsNeverEmpty) {
+    auto row = apply(R"(<virtual-bass-hybgains first="-32, -48" second="9"/>)");
+    EXPECT_EQ(row[VIRTUAL_BASS_HYBGAINS], (Values{-32, -48}));
+    // An element without attributes stores an empty row (present, not absent).
+    bool dirty = false;
+    row = apply(R"(<virtual-bass-hybgains/>)", &dirty);
+    ASSERT_EQ(row.count(VIRTUAL_BASS_HYBGAINS), 1u);
+    EXPECT_TRUE(row[VIRTUAL_BASS_HYBGAINS].empty());
+    EXPECT_TRUE(dirty);
+    // A malformed number ends the list.
+    EXPECT_EQ(apply(R"(<bass-mbdrc-tuning value="1,2,x,4"/>)")[BASS_MBDRC_TUNING], (Values{1, 2}));
+
+    ASSERT_NE(dynamic_cast<DrcRowDataValueSetter*>(mCollection.getValueSetter("drc-metadata")), nullptr);
+    EXPECT_EQ(apply(R"(<drc-metadata value="1, 0, 0, 0"/>)")[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
+    EXPECT_EQ(apply(R"(<drc-metadata/>)")[CUSTOM_DRC_METADATA], Values{0});
+    EXPECT_EQ(apply(R"(<drc-metadata value="none"/>)")[CUSTOM_DRC_METADATA], Values{0});
+}
+
+TEST_F(SetterFixture, VirtualBassPairsAndSubgains) {
+    ASSERT_NE(dynamic_cast<VirtualBassValueSetter*>(mCollection.getValueSetter("virtual-bass-mix-freqs")), nullptr);
+    auto values = apply(R"(<virtual-bass-mix-freqs frequency_high="300" frequency_low="80"/>)");
+    EXPECT_EQ(values.size(), 2u);
+    EXPECT_EQ(values[VIRTUAL_BASS_MIX_FREQ_LOW], Values{80});
+    EXPECT_EQ(values[VIRTUAL_BASS_MIX_FREQ_HIGH], Values{300});
+    values = apply(R"(<virtual-bass-src-freqs frequency_low="35" frequency_high="160"/>)");
+    EXPECT_EQ(values.size(), 2u);
+    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
+    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    // A frequency the element lacks is not stored at all.
+    values = apply(R"(<virtual-bass-src-freqs frequency_high="160"/>)");
+    EXPECT_EQ(values.size(), 1u);
+    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    EXPECT_TRUE(apply(R"(<virtual-bass-src-freqs/>)").empty());
+
+    ASSERT_NE(dynamic_cast<VirtualBassSubgainValueSetter*>(mCollection.getValueSetter("virtual-bass-subgains")), nullptr);
+    values = apply(R"(<virtual-bass-subgains second="-64" third="-128" fourth="x"/>)");
+    EXPECT_EQ(values[VIRTUAL_BASS_SUBGAINS], (Values{-64, -128, 0}));
+}
+
+TEST_F(SetterFixture, IeqReadsOnlyBandIeqElementsThreeLevelsDown) {
+    ASSERT_NE(dynamic_cast<IeqValueSetter*>(mCollection.getValueSetter("ieq")), nullptr);
+    auto values = apply(R"(<ieq>
+        <data>
+            <ieq-bands count="3">
+                <band_ieq frequency="47" target="13"/>
+                <!-- a comment between bands -->
+                <band_other frequency="99" target="99"/>
+                <band_ieq target="-4" frequency="141"/>
+                <band_ieq frequency="234" target="7"/>
+            </ieq-bands>
+        </data>
+    </ieq>)");
+    EXPECT_EQ(values.size(), 2u);
+    EXPECT_EQ(values[IEQ_FREQUENCY], (Values{47, 141, 234}));
+    EXPECT_EQ(values[IEQ_TARGET], (Values{13, -4, 7}));
+}
+
+TEST_F(SetterFixture, GeqReadsEveryElementThreeLevelsDown) {
+    ASSERT_NE(dynamic_cast<GeqValueSetter*>(mCollection.getValueSetter("geq")), nullptr);
+    auto values = apply(R"(<geq>
+        <data>
+            <geq-bands>
+                <band_geq frequency="47" gain="64"/>
+                <!-- comments add nothing -->
+                <anything gain="-576" frequency="141"/>
+            </geq-bands>
+        </data>
+    </geq>)");
+    EXPECT_EQ(values.size(), 2u);
+    EXPECT_EQ(values[GEQ_FREQUENCY], (Values{47, 141}));
+    EXPECT_EQ(values[GEQ_GAIN], (Values{64, -576}));
+}
+
+TEST_F(SetterFixture, AudioOptimizerBandsFillFiveParametersInAttributeOrder) {
+    ASSERT_NE(dynamic_cast<AudioOptimizerValueSetter*>(mCollection.getValueSetter("audio-optimizer-bands")), nullptr);
+    auto values = apply(R"(<audio-optimizer-bands>
+        <band frequency="47" gain_left="1" gain_right="2" gain_left_surround="3" gain_right_surround="4"/>
+        <band gain_right_surround="14" gain_left_surround="13" gain_right="12" gain_left="11" frequency="141"/>
+        <band frequency="234"/>
+    </audio-optimizer-bands>)");
+    EXPECT_EQ(values.size(), 5u);
+    EXPECT_EQ(values[AUDIO_OPTIMIZER_FREQUENCY], (Values{47, 141, 234}));
+    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_L], (Values{1, 11, 0}));
+    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_R], (Values{2, 12, 0}));
+    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_LS], (Values{3, 13, 0}));
+    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_RS], (Values{4, 14, 0}));
+}
+
+TEST_F(SetterFixture, RegulatorBandsIsolatedOnlyForExactTrue) {
+    ASSERT_NE(dynamic_cast<RegulatorTuningValueSetter*>(mCollection.getValueSetter("regulator-tuning")), nullptr);
+    auto values = apply(R"(<regulator-tuning>
+        <band frequency="47" threshold_low="-448" threshold_high="-256" isolated_band="true"/>
+        <band frequency="141" threshold_low="-400" threshold_high="-200" isolated_band="True"/>
+        <band frequency="234" threshold_low="-300" threshold_high="-100" isolated_band="1"/>
+        <band frequency="328" threshold_low="-200" threshold_high="0"/>
+    </regulator-tuning>)");
+    EXPECT_EQ(values.size(), 4u);
+    EXPECT_EQ(values[REGULATOR_FREQUENCY], (Values{47, 141, 234, 328}));
+    EXPECT_EQ(values[REGULATOR_THRESHOLD_LOW], (Values{-448, -400, -300, -200}));
+    EXPECT_EQ(values[REGULATOR_THRESHOLD_HIGH], (Values{-256, -200, -100, 0}));
+    EXPECT_EQ(values[REGULATOR_ISOLATED_BAND], (Values{1, 0, 0, 0}));
+}
+
+TEST_F(SetterFixture, OutputModeConcatenatesTheRowsOfItsContainer) {
+    ASSERT_NE(dynamic_cast<MixMatrixValueSetter*>(mCollection.getValueSetter("output-mode")), nullptr);
+    auto values = apply(R"(<output-mode>
+        <matrix>
+            <row value="16384, 0" ignored="5"/>
+            <row value="0 16384"/>
+            <row/>
+            <row coefficients="8192,8192"/>
+        </matrix>
+    </output-mode>)");
+    EXPECT_EQ(values[OUTPUT_MIX_MATRIX], (Values{16384, 0, 0, 16384, 8192, 8192}));
+
+    // No container, or a container without children: an empty matrix is still stored.
+    bool dirty = false;
+    values = apply("<output-mode>\n    </output-mode>", &dirty);
+    ASSERT_EQ(values.count(OUTPUT_MIX_MATRIX), 1u);
+    EXPECT_TRUE(values[OUTPUT_MIX_MATRIX].empty());
+    EXPECT_TRUE(dirty);
+    values = apply("<output-mode>\n        <matrix/>\n    </output-mode>");
+    ASSERT_EQ(values.count(OUTPUT_MIX_MATRIX), 1u);
+    EXPECT_TRUE(values[OUTPUT_MIX_MATRIX].empty());
+}
+
+}  // namespace
+}  // namespace korvi
