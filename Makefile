@@ -7,9 +7,10 @@ FUZZ_BUILD ?= build-fuzz
 # The thread-safety tests: the shared store's concurrent commit/read test by default.
 TSAN_TESTS ?= Concurrency
 TSAN_TARGETS ?= test_sfxparamstorage
+FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 
-.PHONY: all deps build run test test-asan test-tsan bench fuzz clean
+.PHONY: all deps build run test test-asan test-tsan bench fuzz fuzz-run clean
 
 all: build
 
@@ -20,9 +21,9 @@ build: deps
 	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
-# The main job: what the host tool makes of the bundled sample files.
+# The main job: what the service makes of the bundled factory tuning file.
 run: build
-	@$(BUILD)/korvictl params
+	@$(BUILD)/korvictl inspect --brief data/vendor/etc/korvi/wem-default.xml
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
@@ -46,6 +47,15 @@ fuzz: deps
 	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKORVI_FUZZ=ON -DKORVI_TESTS=OFF -DKORVI_BENCH=OFF \
 	    -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ >/dev/null
 	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
+
+# Runs each fuzzer for FUZZ_SECONDS, seeded with the bundled files; new inputs stay in $(FUZZ_BUILD).
+fuzz-run: fuzz
+	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_reader $(FUZZ_BUILD)/corpus/blob_parser
+	$(FUZZ_BUILD)/fuzz/fuzz_tuning_reader -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/tuning_reader fuzz/corpus/tuning_reader \
+	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
+	$(FUZZ_BUILD)/fuzz/fuzz_blob_parser -max_total_time=$(FUZZ_SECONDS) \
+	    $(FUZZ_BUILD)/corpus/blob_parser fuzz/corpus/blob_parser
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -2,7 +2,7 @@
 // the factory and OEM files: the parser must never crash, leak or read out of bounds, whatever
 // the file holds. Each input is read twice by one parser (records accumulate) and validated.
 //
-// Run: build-fuzz/fuzz/fuzz_tuning_reader -max_total_time=600 corpus/ data/ (see docs).
+// Run: make fuzz-run (seeds: fuzz/corpus/tuning_reader and the sample files under data/).
 #include <android/log.h>
 #include <libxml/xmlerror.h>
 
