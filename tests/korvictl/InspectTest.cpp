@@ -1,10 +1,8 @@
 // korvictl inspect, run as the built program on real files: what it prints, what it warns about
 // (with the right line numbers) and the exit status a script sees.
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <sstream>
@@ -14,27 +12,16 @@
 #include <gtest/gtest.h>
 
 #include "MiniJson.h"
+#include "support/ToolRun.h"
 
 namespace korvi::test {
 namespace {
-
-struct ToolRun {
-    int status;
-    std::string out;
-    std::string err;
-};
 
 std::string readFile(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
     std::stringstream s;
     s << in.rdbuf();
     return s.str();
-}
-
-std::string shellQuoted(const std::string& s) {
-    std::string out = "'";
-    for (const char c : s) out += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return out + "'";
 }
 
 class InspectTest : public ::testing::Test {
@@ -44,16 +31,12 @@ protected:
         ASSERT_NE(mkdtemp(pattern), nullptr);
         mDir = pattern;
     }
-    void TearDown() override { ASSERT_EQ(system(("rm -rf " + shellQuoted(mDir)).c_str()), 0); }
-
-    ToolRun korvictl(const std::vector<std::string>& args) const {
-        std::string command = shellQuoted(KORVICTL_PATH);
-        for (const std::string& a : args) command += " " + shellQuoted(a);
-        command += " >" + shellQuoted(mDir + "/out") + " 2>" + shellQuoted(mDir + "/err");
-        const int raw = system(command.c_str());
-        return {WIFEXITED(raw) ? WEXITSTATUS(raw) : -1, readFile(mDir + "/out"),
-                readFile(mDir + "/err")};
+    void TearDown() override {
+        std::error_code ignored;
+        std::filesystem::remove_all(mDir, ignored);
     }
+
+    ToolRun korvictl(const std::vector<std::string>& args) const { return runKorvictl(args); }
 
     std::string write(const std::string& name, const std::string& content) const {
         const std::string path = mDir + "/" + name;

@@ -4,30 +4,17 @@
 #include <cstdio>
 #include <sstream>
 #include <string>
-#include <sys/wait.h>
+#include <vector>
+
+#include "support/ToolRun.h"
 
 namespace {
 
-struct ToolRun {
-    int status;
-    std::string out;
-};
-
-ToolRun runTool(const std::string& args) {
-    const std::string cmd = std::string(KORVICTL_PATH) + " " + args + " 2>&1";
-    FILE* pipe = popen(cmd.c_str(), "r");
-    ToolRun run{-1, ""};
-    if (pipe == nullptr) return run;
-    char buf[4096];
-    size_t n;
-    while ((n = fread(buf, 1, sizeof(buf), pipe)) > 0) run.out.append(buf, n);
-    const int raw = pclose(pipe);
-    run.status = WIFEXITED(raw) ? WEXITSTATUS(raw) : -1;
-    return run;
-}
+using korvi::test::runKorvictlMerged;
+using korvi::test::ToolRun;
 
 TEST(KorvictlParams, PrintsTheWholeCatalogueWithOwners) {
-    const ToolRun run = runTool("params");
+    const ToolRun run = runKorvictlMerged("params");
     ASSERT_EQ(run.status, 0) << run.out;
     std::istringstream in(run.out);
     std::string line;
@@ -51,16 +38,16 @@ TEST(KorvictlParams, PrintsTheWholeCatalogueWithOwners) {
 }
 
 TEST(KorvictlParams, HelpAndUsageErrors) {
-    ToolRun help = runTool("params --help");
+    ToolRun help = runKorvictlMerged("params --help");
     EXPECT_EQ(help.status, 0);
     EXPECT_NE(help.out.find("usage: korvictl params"), std::string::npos) << help.out;
-    ToolRun top = runTool("--help");
+    ToolRun top = runKorvictlMerged("--help");
     EXPECT_EQ(top.status, 0);
     EXPECT_NE(top.out.find("params"), std::string::npos);
-    ToolRun extra = runTool("params extra");
+    ToolRun extra = runKorvictlMerged("params extra");
     EXPECT_EQ(extra.status, 2);
     EXPECT_NE(extra.out.find("korvictl: params takes no arguments"), std::string::npos) << extra.out;
-    ToolRun unknown = runTool("frobnicate");
+    ToolRun unknown = runKorvictlMerged("frobnicate");
     EXPECT_EQ(unknown.status, 2);
     EXPECT_NE(unknown.out.find("unknown command 'frobnicate'"), std::string::npos) << unknown.out;
 }
