@@ -2,9 +2,6 @@
 // and the demo rely on.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
-
 #include "model/Port.h"
 #include "support/LogCapture.h"
 #include "support/TempDeviceRoot.h"
@@ -18,13 +15,6 @@ using test::TempDeviceRoot;
 
 std::string dataFile(const std::string& relative) {
     return TempDeviceRoot::dataDir() + "/" + relative;
-}
-
-std::string readText(const std::string& path) {
-    std::ifstream in(path);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
 }
 
 const char* const kCurrentFiles[] = {
@@ -109,20 +99,6 @@ TEST(SampleFiles, FactoryFileHasTheProfilesPresetsAndPortDefaults) {
     for (ProfileEndpoint* endpoint : data->getProfileEndpoints()) {
         EXPECT_EQ(endpoint->mValues[VIRTUAL_BASS_TYPE], std::vector<int>{parser.getVirtualBassType()});
         EXPECT_EQ(endpoint->mValues[IEQ_ENABLE].size(), 1u);
-    }
-}
-
-TEST(SampleFiles, EveryValueElementAppearsInTheSamples) {
-    std::string all;
-    for (const char* file : kCurrentFiles) all += readText(dataFile(file));
-    for (ValueSetter* setter : SetterCollection::kAllValueSetters) {
-        const std::string name = setter->getNodeName();
-        // The IEQ and GEQ setters are applied to preset elements, not found by name.
-        if (name == "ieq" || name == "geq") continue;
-        const bool found = all.find("<" + name + " ") != std::string::npos ||
-                           all.find("<" + name + ">") != std::string::npos ||
-                           all.find("<" + name + "/>") != std::string::npos;
-        EXPECT_TRUE(found) << name;
     }
 }
 
