@@ -14,7 +14,7 @@
 #include <libxml/xmlerror.h>
 
 #include "Command.h"
-#include "InspectReport.h"
+#include "TuningReport.h"
 #include "TuningLint.h"
 #include "ValueElementMap.h"
 #include "tuning/TuningFileParser.h"
@@ -171,7 +171,7 @@ int runInspect(const std::vector<std::string>& args) {
     TuningLint lint(doc.get(), reader);
     std::vector<LintWarning> warnings = lint.run();
     const bool hasWarnings = !warnings.empty();
-    InspectReport report(options.path, *reader.getDeviceData(), reader.getVirtualBassType(),
+    TuningReport report(options.path, *reader.getDeviceData(), reader.getVirtualBassType(),
                          lint.tuningOrder(), std::move(warnings));
     const std::string out = options.json ? report.json() : report.text(!options.brief);
     fwrite(out.data(), 1, out.size(), stdout);

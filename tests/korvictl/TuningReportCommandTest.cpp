@@ -24,7 +24,7 @@ std::string readFile(const std::string& path) {
     return s.str();
 }
 
-class InspectTest : public ::testing::Test {
+class TuningReportCommandTest : public ::testing::Test {
 protected:
     void SetUp() override {
         char pattern[] = "/tmp/korvictl-test-XXXXXX";
@@ -74,7 +74,7 @@ std::vector<std::string> linesOf(const std::string& text) {
     return out;
 }
 
-TEST_F(InspectTest, EverySampleFileReadsWithoutWarnings) {
+TEST_F(TuningReportCommandTest, EverySampleFileReadsWithoutWarnings) {
     for (const std::string& file : kSampleFiles) {
         SCOPED_TRACE(file);
         const ToolRun run = korvictl({"inspect", "--strict", kData + "/" + file});
@@ -85,7 +85,7 @@ TEST_F(InspectTest, EverySampleFileReadsWithoutWarnings) {
     }
 }
 
-TEST_F(InspectTest, FactoryFileShowsItsRecords) {
+TEST_F(TuningReportCommandTest, FactoryFileShowsItsRecords) {
     const ToolRun run = korvictl({"inspect", kData + "/vendor/etc/korvi/wem-default.xml"});
     ASSERT_EQ(run.status, 0) << run.err;
     const std::string& out = run.out;
@@ -124,7 +124,7 @@ TEST_F(InspectTest, FactoryFileShowsItsRecords) {
     EXPECT_LT(out.find("tuning \"bt500\""), out.find("tuning \"usb_dac_u1\""));
 }
 
-TEST_F(InspectTest, BriefLeavesOutOnlyTheValues) {
+TEST_F(TuningReportCommandTest, BriefLeavesOutOnlyTheValues) {
     const ToolRun full = korvictl({"inspect", kFaulty});
     const ToolRun brief = korvictl({"inspect", "--brief", kFaulty});
     ASSERT_EQ(brief.status, 0) << brief.err;
@@ -140,7 +140,7 @@ TEST_F(InspectTest, BriefLeavesOutOnlyTheValues) {
     EXPECT_NE(brief.out.find("\nWarnings: 11\n"), std::string::npos);
 }
 
-TEST_F(InspectTest, OlderFormatsSayHowTheyAreRead) {
+TEST_F(TuningReportCommandTest, OlderFormatsSayHowTheyAreRead) {
     const ToolRun v320 = korvictl({"inspect", kData + "/formats/wem-3.2.0.xml"});
     EXPECT_NE(v320.out.find("  format version  3.2.0 (3.2 family)\n"), std::string::npos);
     EXPECT_NE(v320.out.find("  virtual bass    type 2\n"), std::string::npos);
@@ -163,7 +163,7 @@ TEST_F(InspectTest, OlderFormatsSayHowTheyAreRead) {
             << v330.out;
 }
 
-TEST_F(InspectTest, FaultyFileReportsEachFaultOnceAtItsLine) {
+TEST_F(TuningReportCommandTest, FaultyFileReportsEachFaultOnceAtItsLine) {
     const std::map<std::string, std::string> kExpected = {
             {"unknown-element", "dialog-enhancer-ammount"},
             {"ignored-element", "ieq_preset=\"0\""},
@@ -238,7 +238,7 @@ TEST_F(InspectTest, FaultyFileReportsEachFaultOnceAtItsLine) {
     EXPECT_EQ(strict.out, run.out);
 }
 
-TEST_F(InspectTest, PositionalLevelsMustStartRightAfterTheLineBreak) {
+TEST_F(TuningReportCommandTest, PositionalLevelsMustStartRightAfterTheLineBreak) {
     // Preset bands and matrix rows are reached by stepping to the second child node level by
     // level; a comment in that place hides everything below it.
     const std::string path = write("comments.xml", R"(<?xml version="1.0"?>
@@ -304,7 +304,7 @@ TEST_F(InspectTest, PositionalLevelsMustStartRightAfterTheLineBreak) {
     EXPECT_NE(run.out.find("      bass_enhancer_boost = 128\n"), std::string::npos);
 }
 
-TEST_F(InspectTest, OlderFormatsWarnWhereTheReaderOverridesTheFile) {
+TEST_F(TuningReportCommandTest, OlderFormatsWarnWhereTheReaderOverridesTheFile) {
     const std::string path = write("v322.xml", R"(<?xml version="1.0"?>
 <korvi_tuning>
     <format_version major="3" minor="2" maintenance="2"/>
@@ -363,7 +363,7 @@ TEST_F(InspectTest, OlderFormatsWarnWhereTheReaderOverridesTheFile) {
     EXPECT_NE(run.out.find("      bass_mbdrc_enable = 0\n"), std::string::npos);
 }
 
-TEST_F(InspectTest, NamesNeverBreakALineAndSurviveJsonUnchanged) {
+TEST_F(TuningReportCommandTest, NamesNeverBreakALineAndSurviveJsonUnchanged) {
     const std::string path = write("names.xml", R"(<?xml version="1.0"?>
 <korvi_tuning>
     <format_version major="3" minor="5" maintenance="0"/>
@@ -388,7 +388,7 @@ TEST_F(InspectTest, NamesNeverBreakALineAndSurviveJsonUnchanged) {
     EXPECT_EQ(Json::parse(json.out)["profiles"][0]["name"].text, "Caf\u00e9 \"Live\"\n\\ 2");
 }
 
-TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
+TEST_F(TuningReportCommandTest, JsonCarriesTheSameAsTheText) {
     const ToolRun run = korvictl({"inspect", "--json", kData + "/vendor/etc/korvi/wem-fs19xx.xml"});
     ASSERT_EQ(run.status, 0) << run.err;
     const Json doc = Json::parse(run.out);
@@ -445,7 +445,7 @@ TEST_F(InspectTest, JsonCarriesTheSameAsTheText) {
     EXPECT_EQ(f["devices_without_tuning"][0]["tuning"].text, "hdmi_only");
 }
 
-TEST_F(InspectTest, OemFileShowsItsTuningsAndDevices) {
+TEST_F(TuningReportCommandTest, OemFileShowsItsTuningsAndDevices) {
     const ToolRun run = korvictl({"inspect", "--json", kData + "/data/vendor/korvi/wem-extra.xml"});
     ASSERT_EQ(run.status, 0) << run.err;
     const Json doc = Json::parse(run.out);
@@ -458,7 +458,7 @@ TEST_F(InspectTest, OemFileShowsItsTuningsAndDevices) {
     EXPECT_EQ(doc["tunings"][1]["devices"][0]["id"].text, "korvi_earbuds_e2_plus");
 }
 
-TEST_F(InspectTest, BrokenFilesFailWithOneLine) {
+TEST_F(TuningReportCommandTest, BrokenFilesFailWithOneLine) {
     struct Case {
         std::string path;
         std::string expected;
@@ -481,7 +481,7 @@ TEST_F(InspectTest, BrokenFilesFailWithOneLine) {
     }
 }
 
-TEST_F(InspectTest, UsageAndHelp) {
+TEST_F(TuningReportCommandTest, UsageAndHelp) {
     const ToolRun help = korvictl({"inspect", "--help"});
     EXPECT_EQ(help.status, 0);
     EXPECT_EQ(help.out.rfind("usage: korvictl inspect [--brief | --json] [--strict] [--log] FILE\n", 0), 0u);
@@ -500,7 +500,7 @@ TEST_F(InspectTest, UsageAndHelp) {
     }
 }
 
-TEST_F(InspectTest, ReaderLogLinesOnlyWhenAsked) {
+TEST_F(TuningReportCommandTest, ReaderLogLinesOnlyWhenAsked) {
     // The faulty file makes the reader log the dropped tuning.
     EXPECT_EQ(korvictl({"inspect", kFaulty}).err, "");
     const ToolRun logged = korvictl({"inspect", "--log", kFaulty});

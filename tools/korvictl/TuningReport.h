@@ -18,10 +18,10 @@
 
 namespace korvi::ctl {
 
-class InspectReport {
+class TuningReport {
 public:
     // data and the records in it are borrowed: the report must not outlive their parser.
-    InspectReport(std::string path, DeviceData& data, int virtualBassType,
+    TuningReport(std::string path, DeviceData& data, int virtualBassType,
                   const std::vector<std::string>& tuningOrder, std::vector<LintWarning> warnings);
 
     // withValues false: the records without their values, for an overview.

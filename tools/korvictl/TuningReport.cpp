@@ -1,4 +1,4 @@
-#include "InspectReport.h"
+#include "TuningReport.h"
 
 #include <algorithm>
 #include <map>
@@ -58,14 +58,14 @@ std::string familyText(const std::string& family) {
 
 }  // namespace
 
-std::string InspectReport::formatFamily(const std::string& formatVersion) {
+std::string TuningReport::formatFamily(const std::string& formatVersion) {
     if (formatVersion.compare(0, 5, "3.2.2") == 0) return "3.2.2";
     if (formatVersion.compare(0, 4, "3.2.") == 0) return "3.2";
     if (formatVersion.compare(0, 5, "3.3.0") == 0) return "3.3.0";
     return "current";
 }
 
-InspectReport::InspectReport(std::string path, DeviceData& data, int virtualBassType,
+TuningReport::TuningReport(std::string path, DeviceData& data, int virtualBassType,
                              const std::vector<std::string>& tuningOrder,
                              std::vector<LintWarning> warnings)
     : mPath(std::move(path)),
@@ -109,7 +109,7 @@ InspectReport::InspectReport(std::string path, DeviceData& data, int virtualBass
     orderTunings(data, tuningOrder);
 }
 
-void InspectReport::orderTunings(DeviceData& data, const std::vector<std::string>& tuningOrder) {
+void TuningReport::orderTunings(DeviceData& data, const std::vector<std::string>& tuningOrder) {
     std::vector<Tuning*> tunings(data.getTunings().begin(), data.getTunings().end());
     std::map<std::string, size_t> position;
     for (const std::string& name : tuningOrder) position.emplace(name, position.size());
@@ -141,7 +141,7 @@ void InspectReport::orderTunings(DeviceData& data, const std::vector<std::string
     }
 }
 
-std::string InspectReport::ieqPresetText(int presetId) const {
+std::string TuningReport::ieqPresetText(int presetId) const {
     for (const IeqPreset* preset : mIeqPresets) {
         if (preset->getPresetId() == presetId) {
             return std::to_string(presetId) + " " + quoted(preset->getName());
@@ -150,7 +150,7 @@ std::string InspectReport::ieqPresetText(int presetId) const {
     return std::to_string(presetId) + " (no such preset in this file)";
 }
 
-std::string InspectReport::text(bool withValues) const {
+std::string TuningReport::text(bool withValues) const {
     std::string out;
     out += mPath + "\n";
     out += "  format version  " + mFormatVersion + " (" + familyText(formatFamily(mFormatVersion)) +
@@ -217,7 +217,7 @@ std::string InspectReport::text(bool withValues) const {
     return out;
 }
 
-std::string InspectReport::json() const {
+std::string TuningReport::json() const {
     JsonWriter json;
     json.beginObject();
     json.key("file");
