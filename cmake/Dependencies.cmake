@@ -3,7 +3,7 @@
 
 function(korvi_require found package what)
   if(NOT ${found})
-    message(FATAL_ERROR "missing ${what}: install the Debian package ${package} (or run scripts/install-deps.sh)")
+    message(FATAL_ERROR "missing ${what}: apt-get install ${package}")
   endif()
 endfunction()
 
