@@ -15,6 +15,7 @@
 
 #include "model/Parameter.h"
 #include "model/Port.h"
+#include "support/LogCapture.h"
 #include "tuning/SetterCollection.h"
 #include "tuning/TuningFileParser.h"
 
@@ -86,6 +87,17 @@ TEST(SampleFilesTest, EveryValueElementAppears) {
     collectValueElementNames(kDefault, factory);
     for (const ValueSetter* setter : SetterCollection::kAllValueSetters) {
         EXPECT_EQ(factory.count(setter->getNodeName()), 1u) << setter->getNodeName();
+    }
+}
+
+TEST(SampleFilesTest, EveryFileReadsWithoutWarnings) {
+    for (const std::string& file : kAllFiles) {
+        test::LogCapture logs;
+        TuningFileParser parser;
+        ASSERT_EQ(parser.setTuningFile(file), 0) << file;
+        for (const test::LogLine& line : logs.lines()) {
+            EXPECT_LT(line.priority, ANDROID_LOG_WARN) << file << ": " << line.tag << ": " << line.message;
+        }
     }
 }
 
@@ -175,18 +187,19 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         expectInClientRange(*e, where);
         EXPECT_EQ(ieqNames.count(e->getSelectedIeqPreset()), 1u) << where;
         EXPECT_EQ(valueOf(*e, VIRTUAL_BASS_TYPE), std::vector<int>{2}) << where;
+        EXPECT_EQ(valueOf(*e, IEQ_ENABLE).size(), 1u) << where;
     }
     EXPECT_EQ(endpoints.size(), 15u);
 
     std::map<std::string, Tuning*> tunings;
     std::set<int> channelCounts;
-    bool sawMono = false;
     for (Tuning* t : data.getTunings()) {
         EXPECT_TRUE(tunings.emplace(t->getName(), t).second) << t->getName();
         expectComplete(*t, t->getName());
         const int channels = valueOf(*t, OUTPUT_CHANNELS).at(0);
         channelCounts.insert(channels);
-        sawMono = sawMono || t->isMono();
+        // Only the mono-speaker file has mono tunings, and there exactly the speaker ones.
+        EXPECT_EQ(t->isMono(), monoSpeaker && t->getEndpoint() == SPEAKER) << t->getName();
         EXPECT_TRUE(channels == 2 || channels == 4) << t->getName();
         // Per-band lists come in matching lengths; per-channel lists have one entry per channel.
         for (const Parameter p : {AUDIO_OPTIMIZER_GAIN_L, AUDIO_OPTIMIZER_GAIN_R,
@@ -204,7 +217,6 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         EXPECT_EQ(valueOf(*t, COMPLEX_EQUALIZER_TUNING_LEFT).size(),
                   valueOf(*t, COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND).size());
     }
-    EXPECT_EQ(sawMono, monoSpeaker);
     if (!monoSpeaker) {
         EXPECT_EQ(channelCounts, (std::set<int>{2, 4}));
     }
@@ -232,14 +244,7 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
 
 TEST(SampleFilesTest, DefaultFactoryFileIsComplete) { checkFactoryFile(kDefault, false); }
 
-TEST(SampleFilesTest, Fs19xxFactoryFileIsCompleteWithAMonoSpeaker) {
-    checkFactoryFile(kFs19xx, true);
-    TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(kFs19xx), 0);
-    for (Tuning* t : parser.getDeviceData()->getTunings()) {
-        EXPECT_EQ(t->isMono(), t->getEndpoint() == SPEAKER) << t->getName();
-    }
-}
+TEST(SampleFilesTest, Fs19xxFactoryFileIsCompleteWithAMonoSpeaker) { checkFactoryFile(kFs19xx, true); }
 
 TEST(SampleFilesTest, OemFileAddsOneTuningAndCollidesWithOne) {
     TuningFileParser factory;
@@ -286,17 +291,23 @@ TEST(SampleFilesTest, OlderFormatFilesAreSmallButWhole) {
         EXPECT_EQ(data.getIeqPresets().size(), 4u);
         EXPECT_EQ(data.getProfiles().size(), 2u);
         EXPECT_EQ(data.getProfileEndpoints().size(), 6u);
+        std::set<std::pair<int, int>> endpoints;
         for (ProfileEndpoint* e : data.getProfileEndpoints()) {
+            EXPECT_TRUE(endpoints.emplace(e->getProfileId(), e->getEndpoint()).second);
             // The older formats name presets by text; a misspelt name would select "off".
             EXPECT_NE(e->getSelectedIeqPreset(), 0);
             // 3.2 files predate hearing protection and the virtualizer start band.
             if (version == "3.3.0") expectComplete(*e, file);
             expectInClientRange(*e, file);
         }
-        std::set<std::string> ports;
-        for (DeviceTuning* d : data.getDeviceTunings()) ports.insert(d->getPort());
-        EXPECT_EQ(ports.size(), 6u);
         EXPECT_EQ(data.getTunings().size(), 3u);
+        std::set<std::string> ports, tunings;
+        for (Tuning* t : data.getTunings()) tunings.insert(t->getName());
+        for (DeviceTuning* d : data.getDeviceTunings()) {
+            ports.insert(d->getPort());
+            EXPECT_EQ(tunings.count(d->getTuning()), 1u) << d->getDevice();
+        }
+        EXPECT_EQ(ports.size(), 6u);
     }
 }
 
