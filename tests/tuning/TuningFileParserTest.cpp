@@ -138,7 +138,6 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     ASSERT_EQ(data.getIeqPresets().size(), 2u);
     IeqPreset& x = one(data.getIeqPresets(), &IeqPreset::getPresetId, 7);
     EXPECT_EQ(x.getName(), "x");
-    EXPECT_EQ(x.getId(), -1);
     EXPECT_TRUE(x.isDirty());
     EXPECT_EQ(x.mValues[IEQ_ID], Values{7});
     EXPECT_EQ(x.mValues[IEQ_FREQUENCY], (Values{47, 141}));
@@ -147,7 +146,6 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
 
     ASSERT_EQ(data.getGeqPresets().size(), 1u);
     GeqPreset& geq = one(data.getGeqPresets(), &GeqPreset::getProfileId, 1);
-    EXPECT_TRUE(geq.isDirty());
     EXPECT_EQ(geq.mValues.size(), 2u);
     EXPECT_EQ(geq.mValues[GEQ_FREQUENCY], (Values{47, 141}));
     EXPECT_EQ(geq.mValues[GEQ_GAIN], (Values{64, -32}));
@@ -159,7 +157,6 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     EXPECT_EQ(movie.getName(), "Movie");
     EXPECT_TRUE(movie.isMobility());
     EXPECT_EQ(movie.getSelectedGeqPreset(), 1);
-    EXPECT_TRUE(movie.isDirty());
     EXPECT_EQ(movie.mValues.size(), 2u);
     EXPECT_EQ(movie.mValues[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
     EXPECT_EQ(movie.mValues[REVERB_SUPPRESSION_AMOUNT], Values{5});
@@ -172,7 +169,6 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     ASSERT_EQ(data.getProfileEndpoints().size(), 4u);
     ProfileEndpoint& speaker = endpointOf(data, 1, SPEAKER);
     EXPECT_EQ(speaker.getSelectedIeqPreset(), 7);
-    EXPECT_TRUE(speaker.isDirty());
     EXPECT_EQ(speaker.mValues.size(), 4u);
     EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{1});
     EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{10});
@@ -217,7 +213,6 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     };
     EXPECT_EQ(device("default_internal_speaker").getPort(), "internal_speaker");
     EXPECT_EQ(device("default_internal_speaker").getTuning(), "spk_stereo");
-    EXPECT_EQ(device("default_internal_speaker").getId(), -1);
     EXPECT_TRUE(device("default_internal_speaker").isDirty());
     EXPECT_EQ(device("spk_alt").getPort(), "hdmi");
     EXPECT_EQ(device("orphan_b").getTuning(), "no_data");
@@ -268,74 +263,60 @@ std::string family32File(const std::string& maintenance) {
 )";
 }
 
-TEST(TuningFileParser, Format320AddsProfileLevelIeqAndFamilyDefaults) {
+// 3.2.2 also forces hearing protection, the virtualizer start band and the MBDRC off. Version
+// tests are prefix tests: 3.2.25 begins with "3.2.2" and gets every 3.2.2 default.
+TEST(TuningFileParser, Format32FamilyAddsProfileLevelIeqAndFamilyDefaults) {
     TempDeviceRoot root;
-    LogCapture logs;
-    TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(root.write("wem-3.2.0.xml", family32File("0"))), 0);
-    DeviceData& data = *parser.getDeviceData();
-    EXPECT_EQ(data.getFormatVersion(), "3.2.0");
-    EXPECT_EQ(parser.getVirtualBassType(), 2);  // the authorized technologies are not read
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "parseProfile, parse the ieq preset"));
-
-    // Presets by text: the canonical name replaces the written one; a two-letter id is invalid.
-    ASSERT_EQ(data.getIeqPresets().size(), 2u);
-    IeqPreset& warm = one(data.getIeqPresets(), &IeqPreset::getPresetId, 3);
-    EXPECT_EQ(warm.getName(), "warm");
-    EXPECT_EQ(warm.mValues[IEQ_TARGET], Values{-10});
-    EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 0).getName(), "off");
-    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u) << logs.dump();
-
-    Profile& music = one(data.getProfiles(), &Profile::getProfileId, 2);
-    EXPECT_FALSE(music.isMobility());  // never in this family
-    EXPECT_TRUE(music.mValues.empty());
-
-    // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
-    // endpoints that follow them; the endpoint's own include is not read.
-    ASSERT_EQ(data.getProfileEndpoints().size(), 3u);
-    ProfileEndpoint& speaker = endpointOf(data, 2, SPEAKER);
-    EXPECT_EQ(speaker.getSelectedIeqPreset(), 2);
-    EXPECT_EQ(speaker.mValues.size(), 5u);
-    EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{0});
-    EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{0});
-    EXPECT_EQ(speaker.mValues[VIRTUALIZER_START_BAND], Values{7});
-    EXPECT_EQ(speaker.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-    EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{2});
-    ProfileEndpoint& headphone = endpointOf(data, 2, HEADPHONE);
-    EXPECT_EQ(headphone.getSelectedIeqPreset(), 2);
-    EXPECT_EQ(headphone.mValues.size(), 5u);
-    EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{1});
-    EXPECT_EQ(headphone.mValues[IEQ_AMOUNT], Values{9});
-    EXPECT_EQ(headphone.mValues[HEARING_PROTECTION_ENABLE], Values{1});
-    EXPECT_EQ(headphone.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-    EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{2});
-    ProfileEndpoint& other = endpointOf(data, 2, OTHER);
-    EXPECT_EQ(other.getSelectedIeqPreset(), 2);
-    EXPECT_EQ(other.mValues[IEQ_AMOUNT], Values{9});
-
-    // Only 3.2.2 forces the MBDRC off.
-    EXPECT_EQ(one(data.getTunings(), &Tuning::getName, "spk").mValues[BASS_MBDRC_ENABLE], Values{1});
-}
-
-// Version tests are prefix tests: 3.2.25 begins with "3.2.2" and gets every 3.2.2 default.
-TEST(TuningFileParser, Format322AlsoForcesHearingProtectionStartBandAndMbdrcOff) {
-    TempDeviceRoot root;
-    for (const char* maintenance : {"2", "25"}) {
+    for (const std::string maintenance : {"0", "2", "25"}) {
         SCOPED_TRACE(maintenance);
-        TuningFileParser parser(root.write("wem-3.2.x.xml", family32File(maintenance)));
+        const bool is322 = maintenance != "0";
+        LogCapture logs;
+        TuningFileParser parser;
+        ASSERT_EQ(parser.setTuningFile(root.write("wem-3.2.x.xml", family32File(maintenance))), 0);
         DeviceData& data = *parser.getDeviceData();
-        EXPECT_EQ(data.getFormatVersion(), std::string("3.2.") + maintenance);
+        EXPECT_EQ(data.getFormatVersion(), "3.2." + maintenance);
+        EXPECT_EQ(parser.getVirtualBassType(), 2);  // the authorized technologies are not read
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "parseProfile, parse the ieq preset"));
+
+        // Presets by text: the canonical name replaces the written one; a two-letter id is invalid.
+        ASSERT_EQ(data.getIeqPresets().size(), 2u);
+        IeqPreset& warm = one(data.getIeqPresets(), &IeqPreset::getPresetId, 3);
+        EXPECT_EQ(warm.getName(), "warm");
+        EXPECT_EQ(warm.mValues[IEQ_TARGET], Values{-10});
+        EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 0).getName(), "off");
+        EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u) << logs.dump();
+
+        Profile& music = one(data.getProfiles(), &Profile::getProfileId, 2);
+        EXPECT_FALSE(music.isMobility());  // never in this family
+        EXPECT_TRUE(music.mValues.empty());
+
+        // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
+        // endpoints that follow them; the endpoint's own include is not read.
+        ASSERT_EQ(data.getProfileEndpoints().size(), 3u);
         ProfileEndpoint& speaker = endpointOf(data, 2, SPEAKER);
-        EXPECT_EQ(speaker.mValues.size(), 6u);
-        EXPECT_EQ(speaker.mValues[VIRTUALIZER_START_BAND], Values{0});
-        EXPECT_EQ(speaker.mValues[HEARING_PROTECTION_ENABLE], Values{0});
+        EXPECT_EQ(speaker.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(speaker.mValues.size(), is322 ? 6u : 5u);
+        EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{0});
+        EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{0});
+        EXPECT_EQ(speaker.mValues[VIRTUALIZER_START_BAND], Values{is322 ? 0 : 7});
+        EXPECT_EQ(speaker.mValues[HEARING_PROTECTION_ENABLE], is322 ? Values{0} : Values{});  // absent: empty
+        EXPECT_EQ(speaker.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+        EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{2});
         ProfileEndpoint& headphone = endpointOf(data, 2, HEADPHONE);
-        EXPECT_EQ(headphone.mValues[HEARING_PROTECTION_ENABLE], Values{0});
-        EXPECT_EQ(headphone.mValues[VIRTUALIZER_START_BAND], Values{0});
+        EXPECT_EQ(headphone.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(headphone.mValues.size(), is322 ? 6u : 5u);
         EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{1});
+        EXPECT_EQ(headphone.mValues[IEQ_AMOUNT], Values{9});
+        EXPECT_EQ(headphone.mValues[HEARING_PROTECTION_ENABLE], Values{is322 ? 0 : 1});
         EXPECT_EQ(headphone.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+        EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{2});
+        EXPECT_EQ(headphone.mValues[VIRTUALIZER_START_BAND], is322 ? Values{0} : Values{});
+        ProfileEndpoint& other = endpointOf(data, 2, OTHER);
+        EXPECT_EQ(other.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(other.mValues[IEQ_AMOUNT], Values{9});
+
         Tuning& spk = one(data.getTunings(), &Tuning::getName, "spk");
-        EXPECT_EQ(spk.mValues[BASS_MBDRC_ENABLE], Values{0});
+        EXPECT_EQ(spk.mValues[BASS_MBDRC_ENABLE], Values{is322 ? 0 : 1});
         EXPECT_EQ(spk.mValues[BASS_ENHANCER_BOOST], Values{100});
     }
 }
