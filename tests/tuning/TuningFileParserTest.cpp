@@ -388,8 +388,6 @@ TEST(TuningFileParser, FailedFilesChangeNothingAndAFreshParserIsEmpty) {
     TempDeviceRoot root;
     TuningFileParser parser;
     EXPECT_EQ(parser.getNumOfProfiles(), 0);
-    EXPECT_EQ(parser.getVirtualBassType(), 1);
-    EXPECT_EQ(parser.getProfileName(5), "");
 
     LogCapture logs;
     EXPECT_EQ(parser.setTuningFile(""), -22);

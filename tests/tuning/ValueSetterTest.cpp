@@ -30,7 +30,6 @@ protected:
         Tuning record("t", SPEAKER, false);
         record.setDirty(false);
         if (setter == nullptr) return {};
-        EXPECT_EQ(setter->getNodeName(), name);
         setter->set(record, it);
         EXPECT_EQ(it.getNodeName(), name) << "cursor not back on the element";
         if (dirty != nullptr) *dirty = record.isDirty();
