@@ -1,13 +1,9 @@
 // The bundled sample device files are what every later subsystem, the demo and the benchmarks
 // run on, so they must be complete: every value element used, every record with every value it
 // owns, values inside the ranges clients may set, every port with its default device.
-#include <algorithm>
 #include <fstream>
 #include <map>
 #include <set>
-#include <sstream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 #include <libxml/parser.h>
@@ -15,6 +11,7 @@
 
 #include "model/Parameter.h"
 #include "model/Port.h"
+#include "support/LogCapture.h"
 #include "tuning/SetterCollection.h"
 #include "tuning/TuningFileParser.h"
 
@@ -74,18 +71,24 @@ void collectValueElementNames(const std::string& path, std::set<std::string>& na
     xmlFreeDoc(doc);
 }
 
+// The factory file alone uses every value element: it is the one the service starts from.
 TEST(SampleFilesTest, EveryValueElementAppears) {
-    std::set<std::string> used;
-    for (const std::string& file : kAllFiles) collectValueElementNames(file, used);
     EXPECT_EQ(SetterCollection::kAllValueSetters.size(), 81u);
-    for (const ValueSetter* setter : SetterCollection::kAllValueSetters) {
-        EXPECT_EQ(used.count(setter->getNodeName()), 1u) << setter->getNodeName();
-    }
-    // And the factory file alone has them all: it is the one the service starts from.
     std::set<std::string> factory;
     collectValueElementNames(kDefault, factory);
     for (const ValueSetter* setter : SetterCollection::kAllValueSetters) {
         EXPECT_EQ(factory.count(setter->getNodeName()), 1u) << setter->getNodeName();
+    }
+}
+
+TEST(SampleFilesTest, EveryFileReadsWithoutWarnings) {
+    for (const std::string& file : kAllFiles) {
+        test::LogCapture logs;
+        TuningFileParser parser;
+        ASSERT_EQ(parser.setTuningFile(file), 0) << file;
+        for (const test::LogLine& line : logs.lines()) {
+            EXPECT_LT(line.priority, ANDROID_LOG_WARN) << file << ": " << line.tag << ": " << line.message;
+        }
     }
 }
 
@@ -95,19 +98,11 @@ const std::vector<int>& valueOf(ParameterValues& record, Parameter p) {
 
 // Ranges clients may set (the parameter adapter's clamping table), which the files respect.
 const std::map<Parameter, std::pair<int, int>> kClientRanges = {
-        {VIRTUALIZER_ENABLE, {0, 1}},
-        {VOLUME_LEVELER_ENABLE, {0, 1}},
-        {DIALOG_ENHANCER_ENABLE, {0, 1}},
-        {GRAPHIC_EQUALIZER_ENABLE, {0, 1}},
-        {IEQ_AMOUNT, {0, 16}},
-        {DIALOG_ENHANCER_AMOUNT, {0, 16}},
-        {DIALOG_ENHANCER_DUCKING, {0, 16}},
-        {BASS_ENHANCER_ENABLE, {0, 1}},
-        {VIRTUAL_BASS_ENABLE, {0, 1}},
-        {HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, {4, 64}},
-        {REVERB_SUPPRESSION_ENABLE, {0, 1}},
-        {REVERB_SUPPRESSION_AMOUNT, {0, 9}},
-        {VOLUME_LEVELER_AMOUNT, {0, 10}},
+        {VIRTUALIZER_ENABLE, {0, 1}}, {VOLUME_LEVELER_ENABLE, {0, 1}}, {DIALOG_ENHANCER_ENABLE, {0, 1}},
+        {GRAPHIC_EQUALIZER_ENABLE, {0, 1}}, {IEQ_AMOUNT, {0, 16}}, {DIALOG_ENHANCER_AMOUNT, {0, 16}},
+        {DIALOG_ENHANCER_DUCKING, {0, 16}}, {BASS_ENHANCER_ENABLE, {0, 1}}, {VIRTUAL_BASS_ENABLE, {0, 1}},
+        {HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, {4, 64}}, {REVERB_SUPPRESSION_ENABLE, {0, 1}},
+        {REVERB_SUPPRESSION_AMOUNT, {0, 9}}, {VOLUME_LEVELER_AMOUNT, {0, 10}},
 };
 
 void expectInClientRange(ParameterValues& record, const std::string& where) {
@@ -139,8 +134,7 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         EXPECT_EQ(valueOf(*preset, IEQ_FREQUENCY).size(), 20u) << preset->getName();
         EXPECT_EQ(valueOf(*preset, IEQ_TARGET).size(), 20u) << preset->getName();
     }
-    EXPECT_EQ(ieqNames, (std::map<int, std::string>{
-                                {0, "off"}, {1, "detailed"}, {2, "balanced"}, {3, "warm"}}));
+    EXPECT_EQ(ieqNames, (std::map<int, std::string>{{0, "off"}, {1, "detailed"}, {2, "balanced"}, {3, "warm"}}));
 
     std::map<int, std::string> profiles;
     for (Profile* profile : data.getProfiles()) {
@@ -148,11 +142,7 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         expectComplete(*profile, profile->getName());
         expectInClientRange(*profile, profile->getName());
     }
-    EXPECT_EQ(profiles, (std::map<int, std::string>{{0, "Dynamic"},
-                                                    {1, "Movie"},
-                                                    {2, "Music"},
-                                                    {3, "Voice"},
-                                                    {4, "Game"}}));
+    EXPECT_EQ(profiles, (std::map<int, std::string>{{0, "Dynamic"}, {1, "Movie"}, {2, "Music"}, {3, "Voice"}, {4, "Game"}}));
 
     std::set<int> geqProfiles;
     for (GeqPreset* preset : data.getGeqPresets()) {
@@ -175,27 +165,24 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         expectInClientRange(*e, where);
         EXPECT_EQ(ieqNames.count(e->getSelectedIeqPreset()), 1u) << where;
         EXPECT_EQ(valueOf(*e, VIRTUAL_BASS_TYPE), std::vector<int>{2}) << where;
+        EXPECT_EQ(valueOf(*e, IEQ_ENABLE).size(), 1u) << where;
     }
     EXPECT_EQ(endpoints.size(), 15u);
 
     std::map<std::string, Tuning*> tunings;
     std::set<int> channelCounts;
-    bool sawMono = false;
     for (Tuning* t : data.getTunings()) {
         EXPECT_TRUE(tunings.emplace(t->getName(), t).second) << t->getName();
         expectComplete(*t, t->getName());
         const int channels = valueOf(*t, OUTPUT_CHANNELS).at(0);
         channelCounts.insert(channels);
-        sawMono = sawMono || t->isMono();
+        // Only the mono-speaker file has mono tunings, and there exactly the speaker ones.
+        EXPECT_EQ(t->isMono(), monoSpeaker && t->getEndpoint() == SPEAKER) << t->getName();
         EXPECT_TRUE(channels == 2 || channels == 4) << t->getName();
         // Per-band lists come in matching lengths; per-channel lists have one entry per channel.
-        for (const Parameter p : {AUDIO_OPTIMIZER_GAIN_L, AUDIO_OPTIMIZER_GAIN_R,
-                                  AUDIO_OPTIMIZER_GAIN_LS, AUDIO_OPTIMIZER_GAIN_RS}) {
-            EXPECT_EQ(valueOf(*t, p).size(), 20u) << t->getName() << " " << kParameterNames[p];
-        }
-        EXPECT_EQ(valueOf(*t, AUDIO_OPTIMIZER_FREQUENCY).size(), 20u);
-        for (const Parameter p : {REGULATOR_FREQUENCY, REGULATOR_THRESHOLD_LOW,
-                                  REGULATOR_THRESHOLD_HIGH, REGULATOR_ISOLATED_BAND}) {
+        for (const Parameter p : {AUDIO_OPTIMIZER_FREQUENCY, AUDIO_OPTIMIZER_GAIN_L, AUDIO_OPTIMIZER_GAIN_R,
+                                  AUDIO_OPTIMIZER_GAIN_LS, AUDIO_OPTIMIZER_GAIN_RS, REGULATOR_FREQUENCY,
+                                  REGULATOR_THRESHOLD_LOW, REGULATOR_THRESHOLD_HIGH, REGULATOR_ISOLATED_BAND}) {
             EXPECT_EQ(valueOf(*t, p).size(), 20u) << t->getName() << " " << kParameterNames[p];
         }
         EXPECT_EQ(valueOf(*t, REGULATOR_STRESS_AMOUNT).size(), static_cast<size_t>(channels));
@@ -204,7 +191,6 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
         EXPECT_EQ(valueOf(*t, COMPLEX_EQUALIZER_TUNING_LEFT).size(),
                   valueOf(*t, COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND).size());
     }
-    EXPECT_EQ(sawMono, monoSpeaker);
     if (!monoSpeaker) {
         EXPECT_EQ(channelCounts, (std::set<int>{2, 4}));
     }
@@ -232,29 +218,19 @@ void checkFactoryFile(const std::string& path, bool monoSpeaker) {
 
 TEST(SampleFilesTest, DefaultFactoryFileIsComplete) { checkFactoryFile(kDefault, false); }
 
-TEST(SampleFilesTest, Fs19xxFactoryFileIsCompleteWithAMonoSpeaker) {
-    checkFactoryFile(kFs19xx, true);
-    TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(kFs19xx), 0);
-    for (Tuning* t : parser.getDeviceData()->getTunings()) {
-        EXPECT_EQ(t->isMono(), t->getEndpoint() == SPEAKER) << t->getName();
-    }
-}
+TEST(SampleFilesTest, Fs19xxFactoryFileIsCompleteWithAMonoSpeaker) { checkFactoryFile(kFs19xx, true); }
 
 TEST(SampleFilesTest, OemFileAddsOneTuningAndCollidesWithOne) {
     TuningFileParser factory;
     ASSERT_EQ(factory.setTuningFile(kDefault), 0);
     TuningFileParser oem;
     ASSERT_EQ(oem.setTuningFile(kOem), 0);
-    EXPECT_EQ(oem.getDeviceData()->getFormatVersion(),
-              factory.getDeviceData()->getFormatVersion());
+    EXPECT_EQ(oem.getDeviceData()->getFormatVersion(), factory.getDeviceData()->getFormatVersion());
 
     std::set<std::string> factoryTunings;
     for (Tuning* t : factory.getDeviceData()->getTunings()) factoryTunings.insert(t->getName());
     std::set<std::string> factoryDevices;
-    for (DeviceTuning* d : factory.getDeviceData()->getDeviceTunings()) {
-        factoryDevices.insert(d->getDevice());
-    }
+    for (DeviceTuning* d : factory.getDeviceData()->getDeviceTunings()) factoryDevices.insert(d->getDevice());
     std::vector<std::string> added, colliding;
     for (Tuning* t : oem.getDeviceData()->getTunings()) {
         expectComplete(*t, t->getName());
@@ -273,10 +249,7 @@ TEST(SampleFilesTest, OemFileAddsOneTuningAndCollidesWithOne) {
 
 TEST(SampleFilesTest, OlderFormatFilesAreSmallButWhole) {
     const std::map<std::string, std::string> kVersions = {
-            {"formats/wem-3.2.0.xml", "3.2.0"},
-            {"formats/wem-3.2.2.xml", "3.2.2"},
-            {"formats/wem-3.3.0.xml", "3.3.0"},
-    };
+            {"formats/wem-3.2.0.xml", "3.2.0"}, {"formats/wem-3.2.2.xml", "3.2.2"}, {"formats/wem-3.3.0.xml", "3.3.0"}};
     for (const auto& [file, version] : kVersions) {
         SCOPED_TRACE(file);
         TuningFileParser parser;
@@ -286,17 +259,23 @@ TEST(SampleFilesTest, OlderFormatFilesAreSmallButWhole) {
         EXPECT_EQ(data.getIeqPresets().size(), 4u);
         EXPECT_EQ(data.getProfiles().size(), 2u);
         EXPECT_EQ(data.getProfileEndpoints().size(), 6u);
+        std::set<std::pair<int, int>> endpoints;
         for (ProfileEndpoint* e : data.getProfileEndpoints()) {
+            EXPECT_TRUE(endpoints.emplace(e->getProfileId(), e->getEndpoint()).second);
             // The older formats name presets by text; a misspelt name would select "off".
             EXPECT_NE(e->getSelectedIeqPreset(), 0);
             // 3.2 files predate hearing protection and the virtualizer start band.
             if (version == "3.3.0") expectComplete(*e, file);
             expectInClientRange(*e, file);
         }
-        std::set<std::string> ports;
-        for (DeviceTuning* d : data.getDeviceTunings()) ports.insert(d->getPort());
-        EXPECT_EQ(ports.size(), 6u);
         EXPECT_EQ(data.getTunings().size(), 3u);
+        std::set<std::string> ports, tunings;
+        for (Tuning* t : data.getTunings()) tunings.insert(t->getName());
+        for (DeviceTuning* d : data.getDeviceTunings()) {
+            ports.insert(d->getPort());
+            EXPECT_EQ(tunings.count(d->getTuning()), 1u) << d->getDevice();
+        }
+        EXPECT_EQ(ports.size(), 6u);
     }
 }
 

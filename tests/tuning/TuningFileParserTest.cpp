@@ -2,6 +2,8 @@
 // defaults each family adds, dropped tunings, both endpoint tables and accumulation.
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "support/LogCapture.h"
 #include "support/TempDeviceRoot.h"
 #include "tuning/TuningFileParser.h"
@@ -13,52 +15,28 @@ using test::LogCapture;
 using test::TempDeviceRoot;
 using Values = std::vector<int>;
 
-// Lookups over a DeviceData; each fails the test (and returns null) when the record is missing
-// or not unique.
-template <typename T, typename Pred>
-T* findOne(const std::set<T*>& records, Pred pred, const std::string& what) {
-    T* found = nullptr;
-    int count = 0;
+// The one record of a DeviceData set whose getter yields key; fails the test (by throwing) when
+// there is none or more than one.
+template <typename T, typename R, typename K>
+T& one(const std::set<T*>& records, R (T::*get)() const, const K& key) {
+    std::vector<T*> found;
     for (T* record : records) {
-        if (pred(record)) {
-            found = record;
-            ++count;
+        if ((record->*get)() == key) found.push_back(record);
+    }
+    if (found.size() != 1) throw std::runtime_error("not exactly one record for " + ::testing::PrintToString(key));
+    return *found[0];
+}
+
+ProfileEndpoint& endpointOf(DeviceData& data, int profileId, Endpoint endpoint) {
+    ProfileEndpoint* found = nullptr;
+    for (ProfileEndpoint* e : data.getProfileEndpoints()) {
+        if (e->getProfileId() == profileId && e->getEndpoint() == endpoint) {
+            if (found != nullptr) throw std::runtime_error("two endpoints");
+            found = e;
         }
     }
-    EXPECT_EQ(count, 1) << what;
-    return count == 1 ? found : nullptr;
-}
-
-Profile* profileOf(DeviceData& data, int profileId) {
-    return findOne(data.getProfiles(), [&](Profile* p) { return p->getProfileId() == profileId; },
-                   "profile " + std::to_string(profileId));
-}
-
-ProfileEndpoint* endpointOf(DeviceData& data, int profileId, Endpoint endpoint) {
-    return findOne(data.getProfileEndpoints(),
-                   [&](ProfileEndpoint* e) {
-                       return e->getProfileId() == profileId && e->getEndpoint() == endpoint;
-                   },
-                   "endpoint " + std::to_string(profileId) + "/" + std::to_string(endpoint));
-}
-
-Tuning* tuningOf(DeviceData& data, const std::string& name) {
-    return findOne(data.getTunings(), [&](Tuning* t) { return t->getName() == name; }, "tuning " + name);
-}
-
-DeviceTuning* deviceOf(DeviceData& data, const std::string& device) {
-    return findOne(data.getDeviceTunings(), [&](DeviceTuning* d) { return d->getDevice() == device; },
-                   "device " + device);
-}
-
-IeqPreset* ieqOf(DeviceData& data, int presetId) {
-    return findOne(data.getIeqPresets(), [&](IeqPreset* p) { return p->getPresetId() == presetId; },
-                   "ieq preset " + std::to_string(presetId));
-}
-
-GeqPreset* geqOf(DeviceData& data, int profileId) {
-    return findOne(data.getGeqPresets(), [&](GeqPreset* p) { return p->getProfileId() == profileId; },
-                   "geq preset " + std::to_string(profileId));
+    if (found == nullptr) throw std::runtime_error("no endpoint " + std::to_string(profileId));
+    return *found;
 }
 
 // The current format, with the version elements after everything they govern.
@@ -72,13 +50,7 @@ const char* kCurrentFile = R"(<?xml version="1.0" encoding="UTF-8"?>
             </ieq-bands>
         </data>
     </preset>
-    <preset id="2abc" name="balanced" type="ieq">
-        <data>
-            <ieq-bands>
-                <band_ieq frequency="47" target="18"/>
-            </ieq-bands>
-        </data>
-    </preset>
+    <preset id="2abc" name="balanced" type="ieq"/>
     <preset id="1" name="movie" type="geq">
         <data>
             <geq-bands>
@@ -121,12 +93,6 @@ const char* kCurrentFile = R"(<?xml version="1.0" encoding="UTF-8"?>
         <data>
             <bass-enhancer-boost value="192"/>
             <virtual-bass-src-freqs frequency_low="35" frequency_high="160"/>
-            <output-mode>
-                <matrix>
-                    <row value="16384, 0"/>
-                    <row value="0, 16384"/>
-                </matrix>
-            </output-mode>
         </data>
         <device_id id="after_data" endpoint_port="usb"/>
     </tuning>
@@ -152,17 +118,15 @@ const char* kCurrentFile = R"(<?xml version="1.0" encoding="UTF-8"?>
 
 TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     TempDeviceRoot root;
-    std::string path = root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile);
     LogCapture logs;
     TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(path), 0);
+    ASSERT_EQ(parser.setTuningFile(root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile)), 0);
     ASSERT_TRUE(parser.isParsed());
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
+    DeviceData& data = *parser.getDeviceData();
 
-    EXPECT_EQ(data->getFormatVersion(), "3.5.0");
-    EXPECT_EQ(data->getToolVersion(), "2.11.3");
-    EXPECT_EQ(data->getSignature(), "");
+    EXPECT_EQ(data.getFormatVersion(), "3.5.0");
+    EXPECT_EQ(data.getToolVersion(), "2.11.3");
+    EXPECT_EQ(data.getSignature(), "");
     EXPECT_EQ(parser.getVirtualBassType(), 3);
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "xml version: 3.5.0")) << logs.dump();
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser",
@@ -171,116 +135,89 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
                               "parseProfileEndpoint:usb, parse the include ieq preset"));
 
     // IEQ presets: id and name as written (atoi rules for the id); the unknown type makes nothing.
-    ASSERT_EQ(data->getIeqPresets().size(), 2u);
-    IeqPreset* x = ieqOf(*data, 7);
-    ASSERT_NE(x, nullptr);
-    EXPECT_EQ(x->getName(), "x");
-    EXPECT_EQ(x->getId(), -1);
-    EXPECT_TRUE(x->isDirty());
-    EXPECT_EQ(x->mValues[IEQ_ID], Values{7});
-    EXPECT_EQ(x->mValues[IEQ_FREQUENCY], (Values{47, 141}));
-    EXPECT_EQ(x->mValues[IEQ_TARGET], (Values{13, -4}));
-    IeqPreset* balanced = ieqOf(*data, 2);
-    ASSERT_NE(balanced, nullptr);
-    EXPECT_EQ(balanced->getName(), "balanced");
-    EXPECT_EQ(balanced->mValues[IEQ_TARGET], Values{18});
+    ASSERT_EQ(data.getIeqPresets().size(), 2u);
+    IeqPreset& x = one(data.getIeqPresets(), &IeqPreset::getPresetId, 7);
+    EXPECT_EQ(x.getName(), "x");
+    EXPECT_TRUE(x.isDirty());
+    EXPECT_EQ(x.mValues[IEQ_ID], Values{7});
+    EXPECT_EQ(x.mValues[IEQ_FREQUENCY], (Values{47, 141}));
+    EXPECT_EQ(x.mValues[IEQ_TARGET], (Values{13, -4}));
+    EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 2).getName(), "balanced");
 
-    ASSERT_EQ(data->getGeqPresets().size(), 1u);
-    GeqPreset* geq = geqOf(*data, 1);
-    ASSERT_NE(geq, nullptr);
-    EXPECT_EQ(geq->getId(), -1);
-    EXPECT_TRUE(geq->isDirty());
-    EXPECT_EQ(geq->mValues.size(), 2u);
-    EXPECT_EQ(geq->mValues[GEQ_FREQUENCY], (Values{47, 141}));
-    EXPECT_EQ(geq->mValues[GEQ_GAIN], (Values{64, -32}));
+    ASSERT_EQ(data.getGeqPresets().size(), 1u);
+    GeqPreset& geq = one(data.getGeqPresets(), &GeqPreset::getProfileId, 1);
+    EXPECT_EQ(geq.mValues.size(), 2u);
+    EXPECT_EQ(geq.mValues[GEQ_FREQUENCY], (Values{47, 141}));
+    EXPECT_EQ(geq.mValues[GEQ_GAIN], (Values{64, -32}));
 
     // Profiles: the profile-level IEQ switch and amount are not stored in the profile.
     EXPECT_EQ(parser.getNumOfProfiles(), 2);
-    ASSERT_EQ(data->getProfiles().size(), 2u);
-    Profile* movie = profileOf(*data, 1);
-    ASSERT_NE(movie, nullptr);
-    EXPECT_EQ(movie->getName(), "Movie");
-    EXPECT_TRUE(movie->isMobility());
-    EXPECT_EQ(movie->getSelectedGeqPreset(), 1);
-    EXPECT_EQ(movie->getId(), -1);
-    EXPECT_TRUE(movie->isDirty());
-    EXPECT_EQ(movie->mValues.size(), 2u);
-    EXPECT_EQ(movie->mValues[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
-    EXPECT_EQ(movie->mValues[REVERB_SUPPRESSION_AMOUNT], Values{5});
-    Profile* voice = profileOf(*data, 3);
-    ASSERT_NE(voice, nullptr);
-    EXPECT_FALSE(voice->isMobility());  // no group
-    EXPECT_EQ(parser.getProfileName(1), "Movie");
+    ASSERT_EQ(data.getProfiles().size(), 2u);
+    Profile& movie = one(data.getProfiles(), &Profile::getProfileId, 1);
+    EXPECT_EQ(movie.getName(), "Movie");
+    EXPECT_TRUE(movie.isMobility());
+    EXPECT_EQ(movie.getSelectedGeqPreset(), 1);
+    EXPECT_EQ(movie.mValues.size(), 2u);
+    EXPECT_EQ(movie.mValues[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
+    EXPECT_EQ(movie.mValues[REVERB_SUPPRESSION_AMOUNT], Values{5});
+    EXPECT_FALSE(one(data.getProfiles(), &Profile::getProfileId, 3).isMobility());  // no group
     EXPECT_EQ(parser.getProfileName(3), "Voice");
     EXPECT_EQ(parser.getProfileName(2), "");
 
     // Endpoints: a leading include selects the preset; a later one is ignored; an unknown id is
     // an "other" endpoint. Nothing of the 3.2 family is added, the virtual-bass type always is.
-    ASSERT_EQ(data->getProfileEndpoints().size(), 4u);
-    ProfileEndpoint* speaker = endpointOf(*data, 1, SPEAKER);
-    ASSERT_NE(speaker, nullptr);
-    EXPECT_EQ(speaker->getSelectedIeqPreset(), 7);
-    EXPECT_EQ(speaker->getId(), -1);
-    EXPECT_TRUE(speaker->isDirty());
-    EXPECT_EQ(speaker->mValues.size(), 4u);
-    EXPECT_EQ(speaker->mValues[IEQ_ENABLE], Values{1});
-    EXPECT_EQ(speaker->mValues[IEQ_AMOUNT], Values{10});
-    EXPECT_EQ(speaker->mValues[DIALOG_ENHANCER_AMOUNT], Values{6});
-    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{3});
-    ProfileEndpoint* headphone = endpointOf(*data, 1, HEADPHONE);
-    ASSERT_NE(headphone, nullptr);
-    EXPECT_EQ(headphone->getSelectedIeqPreset(), 0);
-    EXPECT_EQ(headphone->mValues.size(), 2u);
-    EXPECT_EQ(headphone->mValues[DIALOG_ENHANCER_ENABLE], Values{0});
-    EXPECT_EQ(headphone->mValues[VIRTUAL_BASS_TYPE], Values{3});
-    ProfileEndpoint* usb = endpointOf(*data, 1, OTHER);
-    ASSERT_NE(usb, nullptr);
-    EXPECT_EQ(usb->getSelectedIeqPreset(), 0);  // an include without ieq_preset reads 0
-    EXPECT_EQ(usb->mValues[VOLUME_LEVELER_AMOUNT], Values{4});
-    ProfileEndpoint* voiceOther = endpointOf(*data, 3, OTHER);
-    ASSERT_NE(voiceOther, nullptr);
-    EXPECT_EQ(voiceOther->getSelectedIeqPreset(), 2);
-    EXPECT_EQ(voiceOther->mValues.size(), 1u);
+    ASSERT_EQ(data.getProfileEndpoints().size(), 4u);
+    ProfileEndpoint& speaker = endpointOf(data, 1, SPEAKER);
+    EXPECT_EQ(speaker.getSelectedIeqPreset(), 7);
+    EXPECT_EQ(speaker.mValues.size(), 4u);
+    EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{1});
+    EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{10});
+    EXPECT_EQ(speaker.mValues[DIALOG_ENHANCER_AMOUNT], Values{6});
+    EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{3});
+    ProfileEndpoint& headphone = endpointOf(data, 1, HEADPHONE);
+    EXPECT_EQ(headphone.getSelectedIeqPreset(), 0);
+    EXPECT_EQ(headphone.mValues.size(), 2u);
+    EXPECT_EQ(headphone.mValues[DIALOG_ENHANCER_ENABLE], Values{0});
+    EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{3});
+    ProfileEndpoint& usb = endpointOf(data, 1, OTHER);
+    EXPECT_EQ(usb.getSelectedIeqPreset(), 0);  // an include without ieq_preset reads 0
+    EXPECT_EQ(usb.mValues[VOLUME_LEVELER_AMOUNT], Values{4});
+    ProfileEndpoint& voiceOther = endpointOf(data, 3, OTHER);
+    EXPECT_EQ(voiceOther.getSelectedIeqPreset(), 2);
+    EXPECT_EQ(voiceOther.mValues.size(), 1u);
 
     // Tunings: an unknown endpoint_type is a speaker; mono only for the exact text "true".
-    ASSERT_EQ(data->getTunings().size(), 2u);
-    Tuning* stereo = tuningOf(*data, "spk_stereo");
-    ASSERT_NE(stereo, nullptr);
-    EXPECT_EQ(stereo->getEndpoint(), SPEAKER);
-    EXPECT_FALSE(stereo->isMono());
-    EXPECT_TRUE(stereo->isReadonly());
-    EXPECT_TRUE(stereo->isDirty());
-    EXPECT_EQ(stereo->getId(), -1);
-    EXPECT_EQ(stereo->mValues.size(), 6u);
-    EXPECT_EQ(stereo->mValues[ORIENTATION], Values{1});
-    EXPECT_EQ(stereo->mValues[OUTPUT_CHANNELS], Values{4});
-    EXPECT_EQ(stereo->mValues[BASS_ENHANCER_BOOST], Values{192});
-    EXPECT_EQ(stereo->mValues[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
-    EXPECT_EQ(stereo->mValues[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
-    EXPECT_EQ(stereo->mValues[OUTPUT_MIX_MATRIX], (Values{16384, 0, 0, 16384}));
-    Tuning* mono = tuningOf(*data, "hp_mono");
-    ASSERT_NE(mono, nullptr);
-    EXPECT_EQ(mono->getEndpoint(), HEADPHONE);
-    EXPECT_TRUE(mono->isMono());
-    EXPECT_EQ(mono->mValues[ORIENTATION], Values{0});
-    EXPECT_EQ(mono->mValues[OUTPUT_CHANNELS], Values{2});
-    EXPECT_EQ(mono->mValues[HEIGHT_FILTER_MODE], Values{2});
-    EXPECT_EQ(mono->mValues.count(BASS_MBDRC_ENABLE), 0u);
+    ASSERT_EQ(data.getTunings().size(), 2u);
+    Tuning& stereo = one(data.getTunings(), &Tuning::getName, "spk_stereo");
+    EXPECT_EQ(stereo.getEndpoint(), SPEAKER);
+    EXPECT_FALSE(stereo.isMono());
+    EXPECT_TRUE(stereo.isDirty());
+    EXPECT_EQ(stereo.mValues.size(), 5u);
+    EXPECT_EQ(stereo.mValues[ORIENTATION], Values{1});
+    EXPECT_EQ(stereo.mValues[OUTPUT_CHANNELS], Values{4});
+    EXPECT_EQ(stereo.mValues[BASS_ENHANCER_BOOST], Values{192});
+    EXPECT_EQ(stereo.mValues[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
+    EXPECT_EQ(stereo.mValues[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    Tuning& mono = one(data.getTunings(), &Tuning::getName, "hp_mono");
+    EXPECT_EQ(mono.getEndpoint(), HEADPHONE);
+    EXPECT_TRUE(mono.isMono());
+    EXPECT_EQ(mono.mValues[ORIENTATION], Values{0});
+    EXPECT_EQ(mono.mValues[OUTPUT_CHANNELS], Values{2});
+    EXPECT_EQ(mono.mValues[HEIGHT_FILTER_MODE], Values{2});
+    EXPECT_EQ(mono.mValues.count(BASS_MBDRC_ENABLE), 0u);
 
     // Device tunings: only the leading device_id elements; those of a dropped tuning stay.
-    ASSERT_EQ(data->getDeviceTunings().size(), 5u);
-    DeviceTuning* spk = deviceOf(*data, "default_internal_speaker");
-    ASSERT_NE(spk, nullptr);
-    EXPECT_EQ(spk->getPort(), "internal_speaker");
-    EXPECT_EQ(spk->getTuning(), "spk_stereo");
-    EXPECT_EQ(spk->getId(), -1);
-    EXPECT_TRUE(spk->isDirty());
-    ASSERT_NE(deviceOf(*data, "spk_alt"), nullptr);
-    EXPECT_EQ(deviceOf(*data, "spk_alt")->getPort(), "hdmi");
-    ASSERT_NE(deviceOf(*data, "orphan_b"), nullptr);
-    EXPECT_EQ(deviceOf(*data, "orphan_b")->getTuning(), "no_data");
-    EXPECT_EQ(deviceOf(*data, "orphan_a")->getPort(), "usb");
-    EXPECT_NE(deviceOf(*data, "default_headphone"), nullptr);
+    ASSERT_EQ(data.getDeviceTunings().size(), 5u);
+    auto device = [&](const char* id) -> DeviceTuning& {
+        return one(data.getDeviceTunings(), &DeviceTuning::getDevice, std::string(id));
+    };
+    EXPECT_EQ(device("default_internal_speaker").getPort(), "internal_speaker");
+    EXPECT_EQ(device("default_internal_speaker").getTuning(), "spk_stereo");
+    EXPECT_TRUE(device("default_internal_speaker").isDirty());
+    EXPECT_EQ(device("spk_alt").getPort(), "hdmi");
+    EXPECT_EQ(device("orphan_b").getTuning(), "no_data");
+    EXPECT_EQ(device("orphan_a").getPort(), "usb");
+    EXPECT_EQ(device("default_headphone").getTuning(), "hp_mono");
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 2u)
         << logs.dump();
 }
@@ -326,128 +263,84 @@ std::string family32File(const std::string& maintenance) {
 )";
 }
 
-TEST(TuningFileParser, Format320AddsProfileLevelIeqAndFamilyDefaults) {
+// 3.2.2 also forces hearing protection, the virtualizer start band and the MBDRC off. Version
+// tests are prefix tests: 3.2.25 begins with "3.2.2" and gets every 3.2.2 default.
+TEST(TuningFileParser, Format32FamilyAddsProfileLevelIeqAndFamilyDefaults) {
     TempDeviceRoot root;
-    std::string path = root.write("wem-3.2.0.xml", family32File("0"));
-    LogCapture logs;
-    TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(path), 0);
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
-    EXPECT_EQ(data->getFormatVersion(), "3.2.0");
-    EXPECT_EQ(parser.getVirtualBassType(), 2);  // the authorized technologies are not read
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "parseProfile, parse the ieq preset"));
+    for (const std::string maintenance : {"0", "2", "25"}) {
+        SCOPED_TRACE(maintenance);
+        const bool is322 = maintenance != "0";
+        LogCapture logs;
+        TuningFileParser parser;
+        ASSERT_EQ(parser.setTuningFile(root.write("wem-3.2.x.xml", family32File(maintenance))), 0);
+        DeviceData& data = *parser.getDeviceData();
+        EXPECT_EQ(data.getFormatVersion(), "3.2." + maintenance);
+        EXPECT_EQ(parser.getVirtualBassType(), 2);  // the authorized technologies are not read
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "TuningFileParser", "parseProfile, parse the ieq preset"));
 
-    // Presets by text: the canonical name replaces the written one; a two-letter id is invalid.
-    ASSERT_EQ(data->getIeqPresets().size(), 2u);
-    IeqPreset* warm = ieqOf(*data, 3);
-    ASSERT_NE(warm, nullptr);
-    EXPECT_EQ(warm->getName(), "warm");
-    EXPECT_EQ(warm->mValues[IEQ_TARGET], Values{-10});
-    IeqPreset* off = ieqOf(*data, 0);
-    ASSERT_NE(off, nullptr);
-    EXPECT_EQ(off->getName(), "off");
-    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u) << logs.dump();
+        // Presets by text: the canonical name replaces the written one; a two-letter id is invalid.
+        ASSERT_EQ(data.getIeqPresets().size(), 2u);
+        IeqPreset& warm = one(data.getIeqPresets(), &IeqPreset::getPresetId, 3);
+        EXPECT_EQ(warm.getName(), "warm");
+        EXPECT_EQ(warm.mValues[IEQ_TARGET], Values{-10});
+        EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 0).getName(), "off");
+        EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "name is invalid, 296"), 1u) << logs.dump();
 
-    Profile* music = profileOf(*data, 2);
-    ASSERT_NE(music, nullptr);
-    EXPECT_FALSE(music->isMobility());  // never in this family
-    EXPECT_TRUE(music->mValues.empty());
+        Profile& music = one(data.getProfiles(), &Profile::getProfileId, 2);
+        EXPECT_FALSE(music.isMobility());  // never in this family
+        EXPECT_TRUE(music.mValues.empty());
 
-    // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
-    // endpoints that follow them; the endpoint's own include is not read.
-    ASSERT_EQ(data->getProfileEndpoints().size(), 3u);
-    ProfileEndpoint* speaker = endpointOf(*data, 2, SPEAKER);
-    ASSERT_NE(speaker, nullptr);
-    EXPECT_EQ(speaker->getSelectedIeqPreset(), 2);
-    EXPECT_EQ(speaker->mValues.size(), 5u);
-    EXPECT_EQ(speaker->mValues[IEQ_ENABLE], Values{0});
-    EXPECT_EQ(speaker->mValues[IEQ_AMOUNT], Values{0});
-    EXPECT_EQ(speaker->mValues[VIRTUALIZER_START_BAND], Values{7});
-    EXPECT_EQ(speaker->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{2});
-    ProfileEndpoint* headphone = endpointOf(*data, 2, HEADPHONE);
-    ASSERT_NE(headphone, nullptr);
-    EXPECT_EQ(headphone->getSelectedIeqPreset(), 2);
-    EXPECT_EQ(headphone->mValues.size(), 5u);
-    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{1});
-    EXPECT_EQ(headphone->mValues[IEQ_AMOUNT], Values{9});
-    EXPECT_EQ(headphone->mValues[HEARING_PROTECTION_ENABLE], Values{1});
-    EXPECT_EQ(headphone->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-    EXPECT_EQ(headphone->mValues[VIRTUAL_BASS_TYPE], Values{2});
-    ProfileEndpoint* other = endpointOf(*data, 2, OTHER);
-    ASSERT_NE(other, nullptr);
-    EXPECT_EQ(other->getSelectedIeqPreset(), 2);
-    EXPECT_EQ(other->mValues[IEQ_AMOUNT], Values{9});
+        // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
+        // endpoints that follow them; the endpoint's own include is not read.
+        ASSERT_EQ(data.getProfileEndpoints().size(), 3u);
+        ProfileEndpoint& speaker = endpointOf(data, 2, SPEAKER);
+        EXPECT_EQ(speaker.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(speaker.mValues.size(), is322 ? 6u : 5u);
+        EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{0});
+        EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{0});
+        EXPECT_EQ(speaker.mValues[VIRTUALIZER_START_BAND], Values{is322 ? 0 : 7});
+        EXPECT_EQ(speaker.mValues[HEARING_PROTECTION_ENABLE], is322 ? Values{0} : Values{});  // absent: empty
+        EXPECT_EQ(speaker.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+        EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{2});
+        ProfileEndpoint& headphone = endpointOf(data, 2, HEADPHONE);
+        EXPECT_EQ(headphone.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(headphone.mValues.size(), is322 ? 6u : 5u);
+        EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{1});
+        EXPECT_EQ(headphone.mValues[IEQ_AMOUNT], Values{9});
+        EXPECT_EQ(headphone.mValues[HEARING_PROTECTION_ENABLE], Values{is322 ? 0 : 1});
+        EXPECT_EQ(headphone.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
+        EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{2});
+        EXPECT_EQ(headphone.mValues[VIRTUALIZER_START_BAND], is322 ? Values{0} : Values{});
+        ProfileEndpoint& other = endpointOf(data, 2, OTHER);
+        EXPECT_EQ(other.getSelectedIeqPreset(), 2);
+        EXPECT_EQ(other.mValues[IEQ_AMOUNT], Values{9});
 
-    Tuning* spk = tuningOf(*data, "spk");
-    ASSERT_NE(spk, nullptr);
-    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{1});  // only 3.2.2 forces it off
+        Tuning& spk = one(data.getTunings(), &Tuning::getName, "spk");
+        EXPECT_EQ(spk.mValues[BASS_MBDRC_ENABLE], Values{is322 ? 0 : 1});
+        EXPECT_EQ(spk.mValues[BASS_ENHANCER_BOOST], Values{100});
+    }
 }
 
-TEST(TuningFileParser, Format322AlsoForcesHearingProtectionStartBandAndMbdrcOff) {
-    TempDeviceRoot root;
-    std::string path = root.write("wem-3.2.2.xml", family32File("2"));
-    TuningFileParser parser(path);
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
-    EXPECT_EQ(data->getFormatVersion(), "3.2.2");
-    EXPECT_EQ(parser.getVirtualBassType(), 2);
-    ProfileEndpoint* speaker = endpointOf(*data, 2, SPEAKER);
-    ASSERT_NE(speaker, nullptr);
-    EXPECT_EQ(speaker->mValues.size(), 6u);
-    EXPECT_EQ(speaker->mValues[VIRTUALIZER_START_BAND], Values{0});
-    EXPECT_EQ(speaker->mValues[HEARING_PROTECTION_ENABLE], Values{0});
-    ProfileEndpoint* headphone = endpointOf(*data, 2, HEADPHONE);
-    ASSERT_NE(headphone, nullptr);
-    EXPECT_EQ(headphone->mValues[HEARING_PROTECTION_ENABLE], Values{0});
-    EXPECT_EQ(headphone->mValues[VIRTUALIZER_START_BAND], Values{0});
-    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{1});
-    EXPECT_EQ(headphone->mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-    Tuning* spk = tuningOf(*data, "spk");
-    ASSERT_NE(spk, nullptr);
-    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{0});
-    EXPECT_EQ(spk->mValues[BASS_ENHANCER_BOOST], Values{100});
-}
-
-TEST(TuningFileParser, VersionTestsArePrefixTests) {
-    TempDeviceRoot root;
-    // 3.2.25 begins with "3.2.2": all 3.2.2 defaults apply.
-    std::string path = root.write("wem-3.2.25.xml", family32File("25"));
-    TuningFileParser parser(path);
-    ASSERT_NE(parser.getDeviceData(), nullptr);
-    Tuning* spk = tuningOf(*parser.getDeviceData(), "spk");
-    ASSERT_NE(spk, nullptr);
-    EXPECT_EQ(spk->mValues[BASS_MBDRC_ENABLE], Values{0});
-
+TEST(TuningFileParser, A320LookalikeVersionIsReadAsTheCurrentFormat) {
     // 3.20.1 does not begin with "3.2.": read as the current format.
-    std::string current = family32File("0");
+    std::string current = family32File("1");
     current.replace(current.find(R"(minor="2")"), 9, R"(minor="20")");
-    current.replace(current.find(R"(maintenance="0")"), 15, R"(maintenance="1")");
-    std::string path2 = root.write("wem-3.20.1.xml", current);
-    TuningFileParser parser2(path2);
-    ASSERT_NE(parser2.getDeviceData(), nullptr);
-    EXPECT_EQ(parser2.getDeviceData()->getFormatVersion(), "3.20.1");
-    EXPECT_EQ(parser2.getVirtualBassType(), 5);
-    ProfileEndpoint* speaker = endpointOf(*parser2.getDeviceData(), 2, SPEAKER);
-    ASSERT_NE(speaker, nullptr);
-    EXPECT_EQ(speaker->getSelectedIeqPreset(), 1);  // its own include, by number
-    EXPECT_EQ(speaker->mValues.count(HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE), 0u);
-    EXPECT_TRUE(profileOf(*parser2.getDeviceData(), 2)->isMobility());
+    TempDeviceRoot root;
+    TuningFileParser parser(root.write("wem-3.20.1.xml", current));
+    DeviceData& data = *parser.getDeviceData();
+    EXPECT_EQ(data.getFormatVersion(), "3.20.1");
+    EXPECT_EQ(parser.getVirtualBassType(), 5);
+    ProfileEndpoint& speaker = endpointOf(data, 2, SPEAKER);
+    EXPECT_EQ(speaker.getSelectedIeqPreset(), 1);  // its own include, by number
+    EXPECT_EQ(speaker.mValues.count(HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE), 0u);
+    EXPECT_TRUE(one(data.getProfiles(), &Profile::getProfileId, 2).isMobility());
 }
 
 TEST(TuningFileParser, Format330NamesPresetsAndIncludesByText) {
     TempDeviceRoot root;
-    std::string path = root.write("wem-3.3.0.xml", R"(<?xml version="1.0"?>
-<korvi_tuning>
+    TuningFileParser parser(root.write("wem-3.3.0.xml", R"(<korvi_tuning>
     <format_version major="3" minor="3" maintenance="0"/>
-    <preset id="ieq_detailed" name="Sharp" type="ieq">
-        <data>
-            <ieq-bands>
-                <band_ieq frequency="100" target="5"/>
-            </ieq-bands>
-        </data>
-    </preset>
+    <preset id="ieq_detailed" name="Sharp" type="ieq"/>
     <profile id="0" name="Dynamic" group="mobility">
         <ieq-enable value="1"/>
         <endpoint_type id="speaker">
@@ -462,22 +355,17 @@ TEST(TuningFileParser, Format330NamesPresetsAndIncludesByText) {
         </endpoint_type>
     </profile>
 </korvi_tuning>
-)");
-    TuningFileParser parser(path);
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
+)"));
+    DeviceData& data = *parser.getDeviceData();
     EXPECT_EQ(parser.getVirtualBassType(), 1);  // no authorized technologies
-    IeqPreset* detailed = ieqOf(*data, 1);
-    ASSERT_NE(detailed, nullptr);
-    EXPECT_EQ(detailed->getName(), "detailed");
-    EXPECT_TRUE(profileOf(*data, 0)->isMobility());
-    ProfileEndpoint* speaker = endpointOf(*data, 0, SPEAKER);
-    ASSERT_NE(speaker, nullptr);
-    EXPECT_EQ(speaker->getSelectedIeqPreset(), 3);
-    EXPECT_EQ(speaker->mValues.size(), 2u);  // ieq_enable and the virtual-bass type only
-    EXPECT_EQ(speaker->mValues[VIRTUAL_BASS_TYPE], Values{1});
-    EXPECT_EQ(endpointOf(*data, 0, HEADPHONE)->getSelectedIeqPreset(), 2);
-    EXPECT_EQ(endpointOf(*data, 0, OTHER)->getSelectedIeqPreset(), 0);
+    EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 1).getName(), "detailed");
+    EXPECT_TRUE(one(data.getProfiles(), &Profile::getProfileId, 0).isMobility());
+    ProfileEndpoint& speaker = endpointOf(data, 0, SPEAKER);
+    EXPECT_EQ(speaker.getSelectedIeqPreset(), 3);
+    EXPECT_EQ(speaker.mValues.size(), 2u);  // ieq_enable and the virtual-bass type only
+    EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{1});
+    EXPECT_EQ(endpointOf(data, 0, HEADPHONE).getSelectedIeqPreset(), 2);
+    EXPECT_EQ(endpointOf(data, 0, OTHER).getSelectedIeqPreset(), 0);
 }
 
 TEST(TuningFileParser, IeqPresetNamesAreTestedInAFixedOrder) {
@@ -499,11 +387,7 @@ TEST(TuningFileParser, IeqPresetNamesAreTestedInAFixedOrder) {
 TEST(TuningFileParser, FailedFilesChangeNothingAndAFreshParserIsEmpty) {
     TempDeviceRoot root;
     TuningFileParser parser;
-    EXPECT_FALSE(parser.isParsed());
-    EXPECT_EQ(parser.getDeviceData(), nullptr);
     EXPECT_EQ(parser.getNumOfProfiles(), 0);
-    EXPECT_EQ(parser.getVirtualBassType(), 1);
-    EXPECT_EQ(parser.getProfileName(5), "");
 
     LogCapture logs;
     EXPECT_EQ(parser.setTuningFile(""), -22);
@@ -522,17 +406,19 @@ TEST(TuningFileParser, FailedFilesChangeNothingAndAFreshParserIsEmpty) {
     EXPECT_TRUE(parser.isParsed());
 }
 
+// A second file adds its records to the first; a repeated profile id makes another profile and
+// the later name wins; a profile without id is profile 0.
 TEST(TuningFileParser, ASecondFileAddsItsRecordsToTheFirst) {
     TempDeviceRoot root;
-    std::string factory = root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile);
-    std::string extra = root.write("data/vendor/korvi/wem-extra.xml", R"(<?xml version="1.0"?>
-<korvi_tuning>
+    std::string extra = root.write("data/vendor/korvi/wem-extra.xml", R"(<korvi_tuning>
     <format_version major="3" minor="5" maintenance="1"/>
     <tool_version major="2" minor="12" maintenance="0"/>
     <profile id="4" name="Game">
         <endpoint_type id="speaker"/>
     </profile>
-    <tuning name="oem_usb_dac" endpoint_type="headphone" mono_device="false" orientation="0" output_channels="2">
+    <profile id="1" name="Film"/>
+    <profile name="NoId"/>
+    <tuning name="oem_usb_dac" endpoint_type="other" mono_device="false" orientation="0" output_channels="2">
         <device_id id="Korvi DAC" endpoint_port="usb"/>
         <data>
             <bass-enhancer-boost value="50"/>
@@ -541,70 +427,44 @@ TEST(TuningFileParser, ASecondFileAddsItsRecordsToTheFirst) {
 </korvi_tuning>
 )");
     TuningFileParser parser;
-    ASSERT_EQ(parser.setTuningFile(factory), 0);
+    ASSERT_EQ(parser.setTuningFile(root.write("vendor/etc/korvi/wem-default.xml", kCurrentFile)), 0);
     ASSERT_EQ(parser.setTuningFile(extra), 0);
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
-    EXPECT_EQ(data->getFormatVersion(), "3.5.1");
-    EXPECT_EQ(data->getToolVersion(), "2.12.0");
-    EXPECT_EQ(parser.getNumOfProfiles(), 3);
-    EXPECT_EQ(data->getIeqPresets().size(), 2u);
-    EXPECT_EQ(data->getGeqPresets().size(), 1u);
-    EXPECT_EQ(data->getProfiles().size(), 3u);
-    EXPECT_EQ(data->getProfileEndpoints().size(), 5u);
-    EXPECT_EQ(data->getTunings().size(), 3u);
-    EXPECT_EQ(data->getDeviceTunings().size(), 6u);
+    DeviceData& data = *parser.getDeviceData();
+    EXPECT_EQ(data.getFormatVersion(), "3.5.1");
+    EXPECT_EQ(data.getToolVersion(), "2.12.0");
+    EXPECT_EQ(parser.getNumOfProfiles(), 5);
+    EXPECT_EQ(data.getIeqPresets().size(), 2u);
+    EXPECT_EQ(data.getGeqPresets().size(), 1u);
+    EXPECT_EQ(data.getProfiles().size(), 5u);
+    EXPECT_EQ(data.getProfileEndpoints().size(), 5u);
+    EXPECT_EQ(data.getTunings().size(), 3u);
+    EXPECT_EQ(data.getDeviceTunings().size(), 6u);
     EXPECT_EQ(parser.getProfileName(4), "Game");
-    EXPECT_EQ(parser.getProfileName(1), "Movie");
+    EXPECT_EQ(parser.getProfileName(1), "Film");
+    EXPECT_EQ(parser.getProfileName(0), "NoId");
+    EXPECT_EQ(parser.getProfileName(3), "Voice");
     // The virtual-bass type of the first file carries on into the second one's endpoints.
-    ProfileEndpoint* game = endpointOf(*data, 4, SPEAKER);
-    ASSERT_NE(game, nullptr);
-    EXPECT_EQ(game->mValues[VIRTUAL_BASS_TYPE], Values{3});
-    ASSERT_NE(tuningOf(*data, "oem_usb_dac"), nullptr);
-    EXPECT_EQ(deviceOf(*data, "Korvi DAC")->getTuning(), "oem_usb_dac");
-    EXPECT_NE(tuningOf(*data, "spk_stereo"), nullptr);
+    EXPECT_EQ(endpointOf(data, 4, SPEAKER).mValues[VIRTUAL_BASS_TYPE], Values{3});
+    EXPECT_EQ(one(data.getTunings(), &Tuning::getName, "oem_usb_dac").getEndpoint(), OTHER);
+    EXPECT_EQ(one(data.getDeviceTunings(), &DeviceTuning::getDevice, "Korvi DAC").getTuning(),
+              "oem_usb_dac");
+    EXPECT_EQ(one(data.getTunings(), &Tuning::getName, "spk_stereo").getEndpoint(), SPEAKER);
 }
 
-TEST(TuningFileParser, RepeatedProfileIdsAreAllKeptAndTheLastNameWins) {
-    TempDeviceRoot root;
-    std::string path = root.write("dup.xml", R"(<?xml version="1.0"?>
-<korvi_tuning>
-    <format_version major="3" minor="5" maintenance="0"/>
-    <profile id="1" name="First"/>
-    <profile id="1" name="Second">
-    </profile>
-    <profile name="NoId"/>
-</korvi_tuning>
-)");
-    TuningFileParser parser(path);
-    ASSERT_NE(parser.getDeviceData(), nullptr);
-    EXPECT_EQ(parser.getNumOfProfiles(), 3);
-    EXPECT_EQ(parser.getDeviceData()->getProfiles().size(), 3u);
-    EXPECT_EQ(parser.getProfileName(1), "Second");
-    EXPECT_EQ(parser.getProfileName(0), "NoId");  // a missing id reads 0
-    EXPECT_TRUE(parser.getDeviceData()->getProfileEndpoints().empty());
-}
-
-// Nested entities that would expand to gigabytes: the XML library refuses the document, so the
+// Nested entities that would expand to hundreds of megabytes: the XML library refuses the document, so the
 // reader neither expands them into attribute texts nor runs out of memory.
 TEST(TuningFileParser, ExplodingEntitiesAreRefused) {
+    // a is 40 characters; b to h each hold ten of the one before: h stands for 400 MB.
+    std::string doc = "<?xml version=\"1.0\"?>\n<!DOCTYPE r [\n<!ENTITY a \"" + std::string(40, 'a') + "\">\n";
+    for (char e = 'b'; e <= 'h'; ++e) {
+        doc += std::string("<!ENTITY ") + e + " \"";
+        for (int i = 0; i < 10; ++i) doc += std::string("&") + char(e - 1) + ";";
+        doc += "\">\n";
+    }
+    doc += "]>\n<r>\n    <format_version major=\"&h;\" minor=\"1\" maintenance=\"0\"/>\n"
+           "    <profile id=\"1\" name=\"&h;\"/>\n</r>\n";
     TempDeviceRoot root;
-    std::string path = root.write("laughs.xml", R"(<?xml version="1.0"?>
-<!DOCTYPE r [
-<!ENTITY a "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa">
-<!ENTITY b "&a;&a;&a;&a;&a;&a;&a;&a;&a;&a;">
-<!ENTITY c "&b;&b;&b;&b;&b;&b;&b;&b;&b;&b;">
-<!ENTITY d "&c;&c;&c;&c;&c;&c;&c;&c;&c;&c;">
-<!ENTITY e "&d;&d;&d;&d;&d;&d;&d;&d;&d;&d;">
-<!ENTITY f "&e;&e;&e;&e;&e;&e;&e;&e;&e;&e;">
-<!ENTITY g "&f;&f;&f;&f;&f;&f;&f;&f;&f;&f;">
-<!ENTITY h "&g;&g;&g;&g;&g;&g;&g;&g;&g;&g;">
-]>
-<r>
-    <format_version major="&h;" minor="1" maintenance="0"/>
-    <profile id="1" name="&h;"/>
-</r>
-)");
+    std::string path = root.write("laughs.xml", doc);
     TuningFileParser parser;
     EXPECT_EQ(parser.setTuningFile(path), -22);
     EXPECT_EQ(parser.getDeviceData(), nullptr);
@@ -625,23 +485,20 @@ TEST(TuningFileParser, UnindentedFilesLoseEachFirstChildElement) {
         R"(<bass-enhancer-width value="2"/></data></tuning></korvi_tuning>)");
     LogCapture logs;
     TuningFileParser parser(path);
-    DeviceData* data = parser.getDeviceData();
-    ASSERT_NE(data, nullptr);
+    DeviceData& data = *parser.getDeviceData();
     // The root's first child is read: only entering an element skips.
-    EXPECT_EQ(data->getFormatVersion(), "3.5.0");
-    ASSERT_EQ(data->getProfileEndpoints().size(), 1u);
-    ProfileEndpoint* headphone = endpointOf(*data, 1, HEADPHONE);
-    ASSERT_NE(headphone, nullptr);
-    EXPECT_EQ(headphone->getSelectedIeqPreset(), 0);  // the include was the skipped node
-    EXPECT_EQ(headphone->mValues[IEQ_ENABLE], Values{0});
+    EXPECT_EQ(data.getFormatVersion(), "3.5.0");
+    ASSERT_EQ(data.getProfileEndpoints().size(), 1u);
+    ProfileEndpoint& headphone = endpointOf(data, 1, HEADPHONE);
+    EXPECT_EQ(headphone.getSelectedIeqPreset(), 0);  // the include was the skipped node
+    EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{0});
 
-    ASSERT_EQ(data->getTunings().size(), 1u);
-    Tuning* t = tuningOf(*data, "t");
-    ASSERT_NE(t, nullptr);
-    EXPECT_EQ(t->mValues.count(BASS_ENHANCER_BOOST), 0u);
-    EXPECT_EQ(t->mValues[BASS_ENHANCER_WIDTH], Values{2});
-    ASSERT_EQ(data->getDeviceTunings().size(), 1u);
-    EXPECT_EQ((*data->getDeviceTunings().begin())->getDevice(), "kept");
+    ASSERT_EQ(data.getTunings().size(), 1u);
+    Tuning& t = one(data.getTunings(), &Tuning::getName, "t");
+    EXPECT_EQ(t.mValues.count(BASS_ENHANCER_BOOST), 0u);
+    EXPECT_EQ(t.mValues[BASS_ENHANCER_WIDTH], Values{2});
+    ASSERT_EQ(data.getDeviceTunings().size(), 1u);
+    EXPECT_EQ((*data.getDeviceTunings().begin())->getDevice(), "kept");
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 1u)
         << logs.dump();
 }
