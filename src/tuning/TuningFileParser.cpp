@@ -148,7 +148,9 @@ void TuningFileParser::applySettersToChildren(ParameterValues& target) {
 
 void TuningFileParser::parseTuningFile() {
     // Versions first, wherever they stand: how presets, profiles and tunings are read depends
-    // on the format version and the virtual-bass type.
+    // on the format version and the virtual-bass type. Within this first pass the elements are
+    // read in file order, so a 3.2 file must give format_version before authorized_technologies
+    // for the forced virtual-bass type 2 to apply.
     mTagIterator.pushNode();
     for (; mTagIterator.isCurValid(); mTagIterator.next()) {
         if (!mTagIterator.isElementNode()) continue;
