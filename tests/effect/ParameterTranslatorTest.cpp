@@ -9,7 +9,6 @@
 #include "effect/SimpleTranslator.h"
 #include "effect/TranslatorCollection.h"
 #include "model/DeviceParameters.h"
-#include "model/ProfileParameters.h"
 #include "EffectTestSupport.h"
 
 namespace korvi {
@@ -167,12 +166,6 @@ TEST(ParameterTranslator, ChangeOnlySendsThroughADeviceView) {
     EXPECT_EQ(view.mValues.at(OUTPUT_CHANNELS), (std::vector<int>{2}));
     EXPECT_EQ(translator.pendingCount(), 0u);
     EXPECT_EQ(translator.getEndpoint(), HEADPHONE);
-    // Nor does a full send of them alone.
-    AnyValues only;
-    for (Parameter p : kUntranslated) only.set(p, {1});
-    translator.setSource(&only, OTHER, false);
-    translator.translateAll(changed);
-    EXPECT_EQ(changed.getEntryCount(), 1);
 }
 
 // Distinct values for every parameter; switches and channel counts chosen so that every
@@ -271,32 +264,6 @@ TEST(ParameterTranslator, TranslateAllSendsAWholeDeviceView) {
     SetParamCommand again = commandFor(0x8);
     translator.translateAll(again);
     EXPECT_EQ(again.getBlob(), cmd.getBlob());
-}
-
-TEST(ParameterTranslator, TranslateAllSendsAWholeProfileView) {
-    ParameterTranslator translator;
-    ProfileParameters view(&translator);
-    Profile profile(1, "Movie", false);
-    for (Parameter p : Profile::kValidParams) profile.set(p, valueFor(p));
-    GeqPreset geq(1);
-    geq.set(GEQ_FREQUENCY, {100, 200, 300});
-    geq.set(GEQ_GAIN, {1, 2, 3});
-    view.setProfile(profile);
-    view.setGeqPreset(geq);
-
-    SetParamCommand cmd = commandFor(0x40000000);
-    translator.translateAll(cmd);
-    const auto sent = byCode(entriesOf(cmd));
-    std::map<int32_t, std::vector<int>> expected = simpleExpectations(Profile::kValidParams);
-    expected[codeId("DRCM")] = valueFor(CUSTOM_DRC_METADATA);
-    expected[codeId("GEBS")] = {3, 100, 200, 300, 1, 2, 3};
-    expected[codeId("VCBF")] = {100, 200, 300};
-    ASSERT_EQ(expected.size(), 10u);
-    ASSERT_EQ(sent.size(), expected.size());
-    for (const auto& [id, values] : expected) {
-        ASSERT_EQ(sent.count(id), 1u) << "missing id " << std::hex << id;
-        EXPECT_EQ(sent.at(id), (std::pair<int, std::vector<int>>{0x40000000, values}));
-    }
 }
 
 }  // namespace
