@@ -182,18 +182,6 @@ std::vector<int> valueFor(Parameter p) {
     }
 }
 
-// What every copying translator whose parameter the view admits sends: the parameter's values.
-std::map<int32_t, std::vector<int>> simpleExpectations(const std::set<Parameter>& admitted) {
-    std::map<int32_t, std::vector<int>> expected;
-    for (Translator* t : TranslatorCollection::kAllTranslators) {
-        const auto* simple = dynamic_cast<const SimpleTranslator*>(t);
-        if (simple != nullptr && admitted.count(simple->getSrcParams().at(0))) {
-            expected[sfxParameterId(simple->getSfxParameter())] = valueFor(simple->getSrcParams().at(0));
-        }
-    }
-    return expected;
-}
-
 TEST(ParameterTranslator, TranslateAllSendsAWholeDeviceView) {
     ParameterTranslator translator;
     DeviceParameters view(&translator);
@@ -218,7 +206,14 @@ TEST(ParameterTranslator, TranslateAllSendsAWholeDeviceView) {
     translator.translateAll(cmd);
     const auto sent = byCode(entriesOf(cmd));
 
-    std::map<int32_t, std::vector<int>> expected = simpleExpectations(DeviceParameters::kValidParams);
+    // Every copying translator over a device parameter sends that parameter's values unchanged.
+    std::map<int32_t, std::vector<int>> expected;
+    for (Translator* t : TranslatorCollection::kAllTranslators) {
+        const auto* simple = dynamic_cast<const SimpleTranslator*>(t);
+        if (simple != nullptr && DeviceParameters::kValidParams.count(simple->getSrcParams().at(0))) {
+            expected[sfxParameterId(simple->getSfxParameter())] = valueFor(simple->getSrcParams().at(0));
+        }
+    }
     expected[codeId("IEID")] = {3};
     auto v = [](Parameter p) { return valueFor(p); };
     auto cat = [](std::initializer_list<std::vector<int>> lists) {
