@@ -47,11 +47,6 @@ TEST_F(SfxEffectTest, ACommandReachesTheStoreAsOneCommit) {
     EXPECT_EQ(version(), 1) << "one commit per command";
     EXPECT_EQ(readStore(), (StoreContents{{0x2, {{0x656c7664, {1}}, {codeId("VCBF"), {100, 200}}}},
                                           {0x8, {{codeId("DHFM"), {}}, {codeId("IEBS"), {2, 100, 200, 100, 200}}}}}));
-
-    // An empty command does not reach the store at all.
-    SetParamCommand empty(0x40000000);
-    EXPECT_EQ(empty.execute(mEffect), 0);
-    EXPECT_EQ(version(), 1);
 }
 
 TEST_F(SfxEffectTest, AnInvalidBlobIsLoggedAndNothingIsWritten) {
@@ -87,7 +82,7 @@ TEST_F(SfxEffectTest, AViewChangeTravelsIntoTheStore) {
     cmd.execute(mEffect);
     EXPECT_EQ(readStore(), (StoreContents{{0x8, {{codeId("DEA"), {12}}, {codeId("DEON"), {1}}, {codeId("MDEE"), {1}}}}}));
 
-    // Unchanged values: nothing pending, no commit.
+    // Unchanged values: nothing pending, and the empty command makes no commit.
     view.setProfileEndpoint(endpoint);
     SetParamCommand again(0x40000000);
     again.setDeviceId(0x8);
