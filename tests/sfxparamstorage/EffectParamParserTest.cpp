@@ -22,6 +22,7 @@ struct Entry {
     int32_t device;
     int32_t paramId;
     std::vector<int32_t> values;
+    bool operator==(const Entry& o) const { return device == o.device && paramId == o.paramId && values == o.values; }
 };
 
 // Walks a validated parser to the end.
@@ -75,34 +76,14 @@ TEST(EffectParamParser, WalksEveryEntryInOrderAlignedAndUnaligned) {
         EXPECT_STREQ(parser.error(), "");
         EXPECT_EQ(parser.targetDevice(), 0x40000000);
         EXPECT_EQ(parser.entryCount(), 3u);
-        const std::vector<Entry> entries = readAll(parser);
-        ASSERT_EQ(entries.size(), 3u);
-        EXPECT_EQ(entries[0].device, 2);
-        EXPECT_EQ(entries[0].paramId, kDvle);
-        EXPECT_EQ(entries[0].values, std::vector<int32_t>({1}));
-        EXPECT_EQ(entries[1].device, -1);
-        EXPECT_EQ(entries[1].paramId, kVol);
-        EXPECT_TRUE(entries[1].values.empty());
-        EXPECT_EQ(entries[2].device, 8);
-        EXPECT_EQ(entries[2].paramId, 0x73626569);
-        EXPECT_EQ(entries[2].values, std::vector<int32_t>({-5, 0, 7, 2147483647}));
+        const std::vector<Entry> expected = {
+            {2, kDvle, {1}}, {-1, kVol, {}}, {8, 0x73626569, {-5, 0, 7, 2147483647}}};
+        EXPECT_TRUE(readAll(parser) == expected);
         // begin() rewinds: a second walk sees the same entries.
-        EXPECT_EQ(readAll(parser).size(), 3u);
+        EXPECT_TRUE(readAll(parser) == expected);
     }
-}
-
-TEST(EffectParamParser, AcceptsTheHeaderAloneAndTheCommandExample) {
-    BlobBuffer empty(std::vector<int32_t>{2, 0});
-    EffectParamParser emptyParser(empty.data(), empty.size());
-    EXPECT_TRUE(emptyParser.validate());
-    EXPECT_TRUE(readAll(emptyParser).empty());
-
-    BlobBuffer one(std::vector<int32_t>{2, 1, 2, kDvle, 1, 1});
-    EffectParamParser parser(one.data(), one.size());
-    ASSERT_TRUE(parser.validate());
-    const auto entries = readAll(parser);
-    ASSERT_EQ(entries.size(), 1u);
-    EXPECT_EQ(entries[0].values, std::vector<int32_t>({1}));
+    // The header alone is a valid blob without entries.
+    EXPECT_EQ(rejection({2, 0}), "accepted");
 }
 
 TEST(EffectParamParser, RejectsEveryMalformedBlobWithItsReason) {
@@ -114,6 +95,7 @@ TEST(EffectParamParser, RejectsEveryMalformedBlobWithItsReason) {
     EXPECT_EQ(rejection({2, 2, 2, kDvle, 1, 1}), "fewer entries than the entry count");
     EXPECT_EQ(rejection({2, 1, 2, kDvle, 2, 1}), "value count runs past the end");
     EXPECT_EQ(rejection({2, 1, 2, kDvle, 2147483647, 1}), "value count runs past the end");
+    EXPECT_EQ(rejection({2, 1, 2, kDvle, 1, 1}), "accepted");
     EXPECT_EQ(rejection({2, 1, 2, kDvle, -1, 1}), "negative value count");
     EXPECT_EQ(rejection({2, 1, 2, kDvle, 1, 1, 0}), "words after the last entry");
     EXPECT_EQ(rejection({2, 0, 2, kDvle, 1, 1}), "words after the last entry");

@@ -30,10 +30,6 @@ protected:
     }
 };
 
-TEST_F(SfxParamStoreTest, IsOneInstanceForTheProcess) {
-    EXPECT_EQ(&SfxParamStore::getInstance(), &SfxParamStore::getInstance());
-}
-
 TEST_F(SfxParamStoreTest, StagedValuesAppearOnlyAtCommitAllAtOnce) {
     int version = -1;
     EXPECT_TRUE(readStore(false, &version).empty());
@@ -58,40 +54,34 @@ TEST_F(SfxParamStoreTest, StagedValuesAppearOnlyAtCommitAllAtOnce) {
     EXPECT_EQ(store().commitChange(), 0);
     EXPECT_EQ(readStore(false, &version), expected);
     EXPECT_EQ(version, 1);
-}
 
-TEST_F(SfxParamStoreTest, LaterValuesReplaceEarlierOnesAndOtherParametersStay) {
-    set(2, kDvle, {1});
-    set(2, kDvle, {5, 6});  // staged twice before one commit: the last one counts
-    set(2, kVol, {9});
+    // clear() forgets staged and committed values and the version.
+    set(4, kDvle, {2});
+    store().clear();
     store().commitChange();
-    set(2, kDvle, {0});
-    set(4, kDvle, {7});
-    store().commitChange();
-    const StoreContents expected = {
-        {2, {{kDvle, {0}}, {kVol, {9}}}},
-        {4, {{kDvle, {7}}}},
-    };
-    EXPECT_EQ(readStore(), expected);
+    EXPECT_TRUE(readStore(false, &version).empty());
+    EXPECT_EQ(version, 0);
 }
 
 TEST_F(SfxParamStoreTest, OnlyChangedReportsWhatCommitsAfterTheReadersVersionWrote) {
-    set(2, kDvle, {1});
+    set(2, kDvle, {5, 6});
+    set(2, kDvle, {1});  // staged twice before one commit: the last one counts
     set(2, kVol, {2});
     set(8, kDvle, {3});
     store().commitChange();  // version 1
     set(2, kVol, {2});       // the same value again still counts as written
     store().commitChange();  // version 2
     set(8, kIebs, {4});
+    set(2, kDvle, {0});      // replaces the value of version 1, the others stay
     store().commitChange();  // version 3
 
     int version = 1;
     StoreContents since1 = readStore(true, &version);
     EXPECT_EQ(version, 3);
-    EXPECT_EQ(since1, (StoreContents{{2, {{kVol, {2}}}}, {8, {{kIebs, {4}}}}}));
+    EXPECT_EQ(since1, (StoreContents{{2, {{kDvle, {0}}, {kVol, {2}}}}, {8, {{kIebs, {4}}}}}));
 
     version = 2;
-    EXPECT_EQ(readStore(true, &version), (StoreContents{{8, {{kIebs, {4}}}}}));
+    EXPECT_EQ(readStore(true, &version), (StoreContents{{2, {{kDvle, {0}}}}, {8, {{kIebs, {4}}}}}));
     EXPECT_EQ(version, 3);
 
     // Up to date: nothing, and the version stays.
@@ -100,7 +90,7 @@ TEST_F(SfxParamStoreTest, OnlyChangedReportsWhatCommitsAfterTheReadersVersionWro
 
     // From 0 everything; onlyChanged false ignores the incoming version.
     version = 0;
-    const StoreContents all = {{2, {{kDvle, {1}}, {kVol, {2}}}}, {8, {{kDvle, {3}}, {kIebs, {4}}}}};
+    const StoreContents all = {{2, {{kDvle, {0}}, {kVol, {2}}}}, {8, {{kDvle, {3}}, {kIebs, {4}}}}};
     EXPECT_EQ(readStore(true, &version), all);
     version = 3;
     EXPECT_EQ(readStore(false, &version), all);
@@ -150,17 +140,6 @@ TEST_F(SfxParamStoreTest, CachesAreCopiesThatOutliveLaterCommits) {
     ASSERT_NE(cache->find(kIebs), nullptr);
     EXPECT_EQ(*cache->find(kIebs), (std::vector<int32_t>{1, 2, 3}));
     SfxParamStore::releaseStoredParams(&params);
-}
-
-TEST_F(SfxParamStoreTest, ClearForgetsStagedAndCommittedValuesAndTheVersion) {
-    set(2, kDvle, {1});
-    store().commitChange();
-    set(4, kDvle, {2});
-    store().clear();
-    store().commitChange();  // the staged value went with clear()
-    int version = -1;
-    EXPECT_TRUE(readStore(false, &version).empty());
-    EXPECT_EQ(version, 0);
 }
 
 }  // namespace
