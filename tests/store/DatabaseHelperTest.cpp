@@ -174,12 +174,6 @@ TEST_F(DatabaseHelperTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchan
     stored.setSelectedGeqPreset(5);
     stored.set(VOLUME_MODELER_ENABLE, {1});
     ASSERT_EQ(db->insertValue(&stored, "default", -1), 0);
-    ProfileEndpoint storedEndpoint(2, SPEAKER, 3);
-    storedEndpoint.set(DIALOG_ENHANCER_AMOUNT, {5});
-    ASSERT_EQ(db->insertValue(&storedEndpoint, "custom", -1), 0);
-    Tuning storedTuning("hp", HEADPHONE, true);
-    storedTuning.set(ORIENTATION, {1, 2});
-    ASSERT_EQ(db->insertValue(&storedTuning, "default"), 0);
     IeqPreset storedIeq(1, "balanced");
     storedIeq.set(IEQ_FREQUENCY, {100, 200});
     ASSERT_EQ(db->insertValue(&storedIeq, "default"), 0);
@@ -199,17 +193,6 @@ TEST_F(DatabaseHelperTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchan
     RawDb(path).exec("UPDATE profiles SET reverb_suppression_amount='1, -2,3' WHERE profile_id='2'");
     ASSERT_EQ(db->queryProfileValue("2", "default", &profile), 0);
     EXPECT_EQ(profile.mValues.at(REVERB_SUPPRESSION_AMOUNT), (std::vector<int>{1, -2, 3}));
-
-    ProfileEndpoint endpoint(2, SPEAKER, 0);
-    ASSERT_EQ(db->queryEndpointValue("2", "speaker", "custom", &endpoint), 0);
-    EXPECT_EQ(endpoint.getSelectedIeqPreset(), 3);
-    EXPECT_EQ(endpoint.mValues.at(DIALOG_ENHANCER_AMOUNT), std::vector<int>{5});
-
-    Tuning tuning("hp", SPEAKER, false);
-    ASSERT_EQ(db->queryTuning("hp", &tuning), 0);
-    EXPECT_EQ(tuning.getEndpoint(), HEADPHONE);
-    EXPECT_TRUE(tuning.isMono());
-    EXPECT_EQ(tuning.mValues.at(ORIENTATION), (std::vector<int>{1, 2}));
 
     LogCapture logs;
     IeqPreset ieq(1, "");
