@@ -293,6 +293,7 @@ TEST_F(ProviderTest, DeviceTuningsAndTuningsAreReadOnceAndReloadedOnRequest) {
     Tuning* oem = provider->loadTuningForDevice("oem_hp");
     ASSERT_NE(oem, nullptr);
     EXPECT_EQ(oem->getName(), "spk");
+    EXPECT_TRUE(oem->isMono());
 }
 
 TEST_F(ProviderTest, AFailedReadLeavesTheCachedRecordAsItWas) {
