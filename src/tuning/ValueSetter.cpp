@@ -14,7 +14,7 @@ void appendJoined(std::string& text, const std::string& value) {
 }  // namespace
 
 SimpleValueSetter::SimpleValueSetter(const std::string& nodeName, Parameter parameter)
-    : mNodeName(nodeName), mParameter(parameter) {}
+    : ValueSetter(nodeName, {parameter}) {}
 
 void SimpleValueSetter::set(ParameterValues& target, TagIterator& it) const {
     std::vector<std::string> attrs;
@@ -26,11 +26,11 @@ void SimpleValueSetter::set(ParameterValues& target, TagIterator& it) const {
     } else if (!text.empty() && text != "false") {
         value = string2Int(text);
     }
-    target.set(mParameter, {value});
+    target.set(mParameters[0], {value});
 }
 
 RowDataValueSetter::RowDataValueSetter(const std::string& nodeName, Parameter parameter)
-    : mNodeName(nodeName), mParameter(parameter) {}
+    : ValueSetter(nodeName, {parameter}) {}
 
 std::vector<int> RowDataValueSetter::readRow(TagIterator& it) const {
     std::vector<std::string> attrs;
@@ -41,7 +41,7 @@ std::vector<int> RowDataValueSetter::readRow(TagIterator& it) const {
 }
 
 void RowDataValueSetter::set(ParameterValues& target, TagIterator& it) const {
-    target.set(mParameter, readRow(it));
+    target.set(mParameters[0], readRow(it));
 }
 
 DrcRowDataValueSetter::DrcRowDataValueSetter(const std::string& nodeName, Parameter parameter)
@@ -51,11 +51,11 @@ void DrcRowDataValueSetter::set(ParameterValues& target, TagIterator& it) const 
     std::vector<int> row = readRow(it);
     // The DRC metadata always goes to the effect with at least one word.
     if (row.empty()) row.push_back(0);
-    target.set(mParameter, row);
+    target.set(mParameters[0], row);
 }
 
 MixMatrixValueSetter::MixMatrixValueSetter(const std::string& nodeName, Parameter parameter)
-    : mNodeName(nodeName), mParameter(parameter) {}
+    : ValueSetter(nodeName, {parameter}) {}
 
 void MixMatrixValueSetter::set(ParameterValues& target, TagIterator& it) const {
     std::vector<int> matrix;
@@ -63,7 +63,7 @@ void MixMatrixValueSetter::set(ParameterValues& target, TagIterator& it) const {
     it.childrenNext();  // onto the container element
     if (!it.isChildrenValid()) {
         it.popNode();
-        target.set(mParameter, matrix);
+        target.set(mParameters[0], matrix);
         return;
     }
     it.childrenNext();  // onto the first row
@@ -74,7 +74,7 @@ void MixMatrixValueSetter::set(ParameterValues& target, TagIterator& it) const {
         it.next();
     }
     it.popNode();
-    target.set(mParameter, matrix);
+    target.set(mParameters[0], matrix);
 }
 
 const std::vector<std::string> VirtualBassValueSetter::kAttrNames = {"frequency_low",
@@ -82,7 +82,7 @@ const std::vector<std::string> VirtualBassValueSetter::kAttrNames = {"frequency_
 
 VirtualBassValueSetter::VirtualBassValueSetter(const std::string& nodeName, Parameter low,
                                                Parameter high)
-    : mNodeName(nodeName), mParameters{low, high} {}
+    : ValueSetter(nodeName, {low, high}) {}
 
 void VirtualBassValueSetter::set(ParameterValues& target, TagIterator& it) const {
     std::vector<std::string> attrs;
@@ -96,12 +96,12 @@ void VirtualBassValueSetter::set(ParameterValues& target, TagIterator& it) const
 
 VirtualBassSubgainValueSetter::VirtualBassSubgainValueSetter(const std::string& nodeName,
                                                              Parameter parameter)
-    : mNodeName(nodeName), mParameter(parameter) {}
+    : ValueSetter(nodeName, {parameter}) {}
 
 void VirtualBassSubgainValueSetter::set(ParameterValues& target, TagIterator& it) const {
     std::vector<int> gains;
     it.parseNodeIntVector(gains);
-    target.set(mParameter, gains);
+    target.set(mParameters[0], gains);
 }
 
 namespace {
@@ -110,7 +110,7 @@ namespace {
 // adds its two attribute values to two comma-joined texts, so the n-th number of both lists
 // comes from the n-th band. With a band name, other elements at that level are ignored.
 void readCurve(ParameterValues& target, TagIterator& it, const std::vector<std::string>& attrNames,
-               const Parameter (&parameters)[2], const char* bandName) {
+               const std::vector<Parameter>& parameters, const char* bandName) {
     std::string texts[2];
     it.pushNode();
     it.childrenNext();
@@ -140,7 +140,7 @@ void readCurve(ParameterValues& target, TagIterator& it, const std::vector<std::
 const std::vector<std::string> IeqValueSetter::kAttrNames = {"frequency", "target"};
 
 IeqValueSetter::IeqValueSetter(const std::string& nodeName, Parameter frequency, Parameter target)
-    : mNodeName(nodeName), mParameters{frequency, target} {}
+    : ValueSetter(nodeName, {frequency, target}) {}
 
 void IeqValueSetter::set(ParameterValues& target, TagIterator& it) const {
     readCurve(target, it, kAttrNames, mParameters, "band_ieq");
@@ -149,7 +149,7 @@ void IeqValueSetter::set(ParameterValues& target, TagIterator& it) const {
 const std::vector<std::string> GeqValueSetter::kAttrNames = {"frequency", "gain"};
 
 GeqValueSetter::GeqValueSetter(const std::string& nodeName, Parameter frequency, Parameter gain)
-    : mNodeName(nodeName), mParameters{frequency, gain} {}
+    : ValueSetter(nodeName, {frequency, gain}) {}
 
 void GeqValueSetter::set(ParameterValues& target, TagIterator& it) const {
     readCurve(target, it, kAttrNames, mParameters, nullptr);
@@ -187,7 +187,7 @@ const std::vector<std::string> AudioOptimizerValueSetter::kAttrNames = {
 
 AudioOptimizerValueSetter::AudioOptimizerValueSetter(const std::string& nodeName,
                                                      const std::vector<Parameter>& parameters)
-    : mNodeName(nodeName), mParameters(parameters) {}
+    : ValueSetter(nodeName, parameters) {}
 
 void AudioOptimizerValueSetter::set(ParameterValues& target, TagIterator& it) const {
     readBands(target, it, kAttrNames, mParameters,
@@ -199,7 +199,7 @@ const std::vector<std::string> RegulatorTuningValueSetter::kAttrNames = {
 
 RegulatorTuningValueSetter::RegulatorTuningValueSetter(const std::string& nodeName,
                                                        const std::vector<Parameter>& parameters)
-    : mNodeName(nodeName), mParameters(parameters) {}
+    : ValueSetter(nodeName, parameters) {}
 
 void RegulatorTuningValueSetter::set(ParameterValues& target, TagIterator& it) const {
     readBands(target, it, kAttrNames, mParameters, [](size_t i, const std::string& text) {

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "model/Parameter.h"
@@ -16,37 +17,38 @@ namespace korvi {
 class ValueSetter {
 public:
     virtual ~ValueSetter() = default;
-    virtual std::string getNodeName() const = 0;
+    virtual std::string getNodeName() const { return mNodeName; }
     // Parses the current element of it and stores the result into target through
     // ParameterValues::set (so target becomes dirty; admissibility is the caller's affair).
     virtual void set(ParameterValues& target, TagIterator& it) const = 0;
+    // The parameters the element yields, in the order its values fill them.
+    const std::vector<Parameter>& getParameters() const { return mParameters; }
+
+protected:
+    ValueSetter(const std::string& nodeName, std::vector<Parameter> parameters)
+        : mNodeName(nodeName), mParameters(std::move(parameters)) {}
+
+    const std::string mNodeName;
+    const std::vector<Parameter> mParameters;
 };
 
 // One integer from the "value" attribute: "true" is 1, "false" or no attribute is 0.
 class SimpleValueSetter : public ValueSetter {
 public:
     SimpleValueSetter(const std::string& nodeName, Parameter parameter);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameter;
 };
 
 // A row of integers, carried by the element's first attribute; empty without an attribute.
 class RowDataValueSetter : public ValueSetter {
 public:
     RowDataValueSetter(const std::string& nodeName, Parameter parameter);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
 protected:
     // The row as written, possibly empty.
     std::vector<int> readRow(TagIterator& it) const;
-
-    std::string mNodeName;
-    Parameter mParameter;
 };
 
 // A row that is never empty: an element without numbers stores {0}.
@@ -61,12 +63,8 @@ public:
 class MixMatrixValueSetter : public ValueSetter {
 public:
     MixMatrixValueSetter(const std::string& nodeName, Parameter parameter);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameter;
 };
 
 // A pair of frequencies, "frequency_low" into the first parameter and "frequency_high" into
@@ -76,24 +74,16 @@ public:
     static const std::vector<std::string> kAttrNames;
 
     VirtualBassValueSetter(const std::string& nodeName, Parameter low, Parameter high);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameters[2];
 };
 
 // One sub-gain per attribute of the element, in document order.
 class VirtualBassSubgainValueSetter : public ValueSetter {
 public:
     VirtualBassSubgainValueSetter(const std::string& nodeName, Parameter parameter);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameter;
 };
 
 // IEQ target curve: "band_ieq" elements three levels below the element, each giving one
@@ -103,12 +93,8 @@ public:
     static const std::vector<std::string> kAttrNames;
 
     IeqValueSetter(const std::string& nodeName, Parameter frequency, Parameter target);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameters[2];
 };
 
 // GEQ bands three levels below the element, every element there giving one "frequency" and one
@@ -118,12 +104,8 @@ public:
     static const std::vector<std::string> kAttrNames;
 
     GeqValueSetter(const std::string& nodeName, Parameter frequency, Parameter gain);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    Parameter mParameters[2];
 };
 
 // Audio-optimizer bands, the element's children: five attributes per band, the i-th attribute
@@ -133,12 +115,8 @@ public:
     static const std::vector<std::string> kAttrNames;
 
     AudioOptimizerValueSetter(const std::string& nodeName, const std::vector<Parameter>& parameters);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    std::vector<Parameter> mParameters;
 };
 
 // Regulator bands, the element's children: frequency, both thresholds and whether the band is
@@ -148,12 +126,8 @@ public:
     static const std::vector<std::string> kAttrNames;
 
     RegulatorTuningValueSetter(const std::string& nodeName, const std::vector<Parameter>& parameters);
-    std::string getNodeName() const override { return mNodeName; }
     void set(ParameterValues& target, TagIterator& it) const override;
 
-private:
-    std::string mNodeName;
-    std::vector<Parameter> mParameters;
 };
 
 }  // namespace korvi

@@ -57,6 +57,15 @@ TEST_F(SetterFixture, EveryNameFillsItsOwnParameterAndNothingElseHasASetter) {
     EXPECT_EQ(mCollection.getValueSetter("endpoint_type"), nullptr);
     EXPECT_EQ(mCollection.getValueSetter("Ieq-enable"), nullptr);
     EXPECT_EQ(mCollection.size(), 81u);
+    // Multi-parameter setters list their parameters in attribute order, not parameter order.
+    EXPECT_EQ(mCollection.getValueSetter("audio-optimizer-bands")->getParameters(),
+              (std::vector<Parameter>{AUDIO_OPTIMIZER_FREQUENCY, AUDIO_OPTIMIZER_GAIN_L, AUDIO_OPTIMIZER_GAIN_R,
+                                      AUDIO_OPTIMIZER_GAIN_LS, AUDIO_OPTIMIZER_GAIN_RS}));
+    EXPECT_EQ(mCollection.getValueSetter("regulator-tuning")->getParameters(),
+              (std::vector<Parameter>{REGULATOR_FREQUENCY, REGULATOR_THRESHOLD_LOW, REGULATOR_THRESHOLD_HIGH,
+                                      REGULATOR_ISOLATED_BAND}));
+    EXPECT_EQ(mCollection.getValueSetter("virtual-bass-mix-freqs")->getParameters(),
+              (std::vector<Parameter>{VIRTUAL_BASS_MIX_FREQ_LOW, VIRTUAL_BASS_MIX_FREQ_HIGH}));
     int simple = 0;
     int rows = 0;
     for (ValueSetter* setter : SetterCollection::kAllValueSetters) {

@@ -6,7 +6,6 @@
 #include <android/log.h>
 
 #include "Quoted.h"
-#include "ValueElementMap.h"
 
 #include "common/IntText.h"
 #include "model/GeqPreset.h"
@@ -423,7 +422,8 @@ void TuningLint::checkValueElement(const xmlNode* element, const std::string& wh
                                    const std::set<Parameter>& owned) {
     const std::string name = nameOf(element);
     if (name == "output-mode") checkDescent(element, 1, "the mix matrix");
-    if (TuningFileParser::sSetterCollection.getValueSetter(name) == nullptr) {
+    const ValueSetter* setter = TuningFileParser::sSetterCollection.getValueSetter(name);
+    if (setter == nullptr) {
         warn(element, "unknown-element",
              "<" + name + "> in " + where + " is not a value element; the service ignores it" +
                      suggestionFor(name));
@@ -431,9 +431,7 @@ void TuningLint::checkValueElement(const xmlNode* element, const std::string& wh
     }
     // The reader stores a value element in whatever record it stands in; the settings database
     // keeps only the values a record owns, so a value in the wrong section is lost there.
-    const auto known = ValueElementMap::parametersByElement().find(name);
-    if (known == ValueElementMap::parametersByElement().end()) return;
-    for (const Parameter p : known->second) {
+    for (const Parameter p : setter->getParameters()) {
         if (owned.count(p) != 0) continue;
         warn(element, "misplaced-value",
              "<" + name + "> in " + where + " sets " + kParameterNames[p] + ", which belongs in " +

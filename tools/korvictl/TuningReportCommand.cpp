@@ -16,7 +16,6 @@
 #include "Command.h"
 #include "TuningReport.h"
 #include "TuningLint.h"
-#include "ValueElementMap.h"
 #include "tuning/TuningFileParser.h"
 
 namespace korvi::ctl {
@@ -145,9 +144,6 @@ int runInspect(const std::vector<std::string>& args) {
     // The reader logs what it skips; its log lines go to stderr only when asked for, since the
     // warnings below already say it with line numbers.
     __android_log_set_minimum_priority(options.log ? ANDROID_LOG_DEBUG : ANDROID_LOG_SILENT);
-    // Learnt before any document is open: the probe's cursor cleans up the XML library's global
-    // state when it goes.
-    ValueElementMap::parametersByElement();
     // Generic, because libxml2 versions differ in the constness of the error argument.
     xmlSetStructuredErrorFunc(nullptr, [](void*, auto*) {});
     xmlSetGenericErrorFunc(nullptr, ignoreGenericError);
