@@ -4,10 +4,7 @@
 
 namespace korvi {
 
-const std::set<Parameter> GeqPreset::kValidParams = {
-    GEQ_FREQUENCY,
-    GEQ_GAIN,
-};
+const std::set<Parameter> GeqPreset::kValidParams = parametersOwnedBy({OWNER_GEQ_PRESET});
 
 GeqPreset::GeqPreset(int profileId) : ParameterValues(-1, true), mProfileId(profileId) {}
 

@@ -4,11 +4,7 @@
 
 namespace korvi {
 
-const std::set<Parameter> IeqPreset::kValidParams = {
-    IEQ_FREQUENCY,
-    IEQ_ID,
-    IEQ_TARGET,
-};
+const std::set<Parameter> IeqPreset::kValidParams = parametersOwnedBy({OWNER_IEQ_PRESET});
 
 IeqPreset::IeqPreset(int presetId, const std::string& name) : IeqPreset(-1, presetId, name) {}
 

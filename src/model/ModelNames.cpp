@@ -14,6 +14,16 @@ const char* parameterName(Parameter parameter) {
     return kParameterNames[parameter];
 }
 
+std::set<Parameter> parametersOwnedBy(std::initializer_list<ParameterOwner> owners) {
+    std::set<Parameter> result;
+    for (int n = 0; n < kParameterCount; ++n) {
+        for (ParameterOwner owner : owners) {
+            if (kParameterOwners[n] == owner) result.insert(static_cast<Parameter>(n));
+        }
+    }
+    return result;
+}
+
 const char* endpointName(Endpoint endpoint) {
     static constexpr const char* kEndpointNames[kEndpointCount] = {"speaker", "headphone", "other"};
     const unsigned value = static_cast<unsigned>(endpoint);

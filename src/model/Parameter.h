@@ -6,6 +6,8 @@
 #pragma once
 
 #include <cstdint>
+#include <initializer_list>
+#include <set>
 
 namespace korvi {
 
@@ -209,6 +211,120 @@ inline constexpr const char* kParameterNames[kParameterCount] = {
     "volume_modeler_calibration",
     "volume_modeler_enable",
 };
+
+// The one stored record that admits each parameter. VIRTUAL_BASS_TYPE belongs to none: only the
+// device-level view accepts it. Every admissible-parameter set is built from this table.
+enum ParameterOwner : int32_t {
+    OWNER_TUNING,
+    OWNER_PROFILE,
+    OWNER_PROFILE_ENDPOINT,
+    OWNER_IEQ_PRESET,
+    OWNER_GEQ_PRESET,
+    OWNER_NONE,
+};
+
+inline constexpr ParameterOwner kParameterOwners[kParameterCount] = {
+    OWNER_TUNING,  // 0 audio_optimizer_enable
+    OWNER_TUNING,  // 1 audio_optimizer_frequency
+    OWNER_TUNING,  // 2 audio_optimizer_gain_l
+    OWNER_TUNING,  // 3 audio_optimizer_gain_ls
+    OWNER_TUNING,  // 4 audio_optimizer_gain_r
+    OWNER_TUNING,  // 5 audio_optimizer_gain_rs
+    OWNER_TUNING,  // 6 bass_enhancer_boost
+    OWNER_TUNING,  // 7 bass_enhancer_cutoff_frequency
+    OWNER_PROFILE_ENDPOINT,  // 8 bass_enhancer_enable
+    OWNER_TUNING,  // 9 bass_enhancer_width
+    OWNER_TUNING,  // 10 bass_extraction_cutoff_frequency
+    OWNER_TUNING,  // 11 bass_extraction_enable
+    OWNER_TUNING,  // 12 bass_mbdrc_enable
+    OWNER_TUNING,  // 13 bass_mbdrc_tuning
+    OWNER_PROFILE_ENDPOINT,  // 14 calibration_boost
+    OWNER_TUNING,  // 15 complex_equalizer_enable
+    OWNER_TUNING,  // 16 complex_equalizer_tuning_left
+    OWNER_TUNING,  // 17 complex_equalizer_tuning_left_surround
+    OWNER_TUNING,  // 18 complex_equalizer_tuning_right
+    OWNER_TUNING,  // 19 complex_equalizer_tuning_right_surround
+    OWNER_PROFILE,  // 20 custom_drc_metadata
+    OWNER_PROFILE_ENDPOINT,  // 21 dialog_enhancer_amount
+    OWNER_PROFILE_ENDPOINT,  // 22 dialog_enhancer_ducking
+    OWNER_PROFILE_ENDPOINT,  // 23 dialog_enhancer_enable
+    OWNER_GEQ_PRESET,  // 24 geq_frequency
+    OWNER_GEQ_PRESET,  // 25 geq_gain
+    OWNER_PROFILE_ENDPOINT,  // 26 graphic_equalizer_enable
+    OWNER_PROFILE_ENDPOINT,  // 27 headphone_virtualizer_steerer_source_distance
+    OWNER_PROFILE_ENDPOINT,  // 28 hearing_protection_attenuation_attack_time
+    OWNER_PROFILE_ENDPOINT,  // 29 hearing_protection_attenuation_release_time
+    OWNER_PROFILE_ENDPOINT,  // 30 hearing_protection_enable
+    OWNER_PROFILE_ENDPOINT,  // 31 hearing_protection_rms_attenuation_target
+    OWNER_PROFILE_ENDPOINT,  // 32 hearing_protection_rms_averaging_time_win_len
+    OWNER_TUNING,  // 33 height_filter_mode
+    OWNER_PROFILE_ENDPOINT,  // 34 ieq_amount
+    OWNER_PROFILE_ENDPOINT,  // 35 ieq_enable
+    OWNER_IEQ_PRESET,  // 36 ieq_frequency
+    OWNER_IEQ_PRESET,  // 37 ieq_id
+    OWNER_IEQ_PRESET,  // 38 ieq_target
+    OWNER_PROFILE,  // 39 mi_adaptive_virtualizer_steering_enable
+    OWNER_PROFILE,  // 40 mi_dv_leveler_steering_enable
+    OWNER_PROFILE,  // 41 mi_ieq_steering_enable
+    OWNER_PROFILE,  // 42 mi_surround_compressor_steering_enable
+    OWNER_PROFILE_ENDPOINT,  // 43 mi_virtualizer_binaural_steering_enable
+    OWNER_TUNING,  // 44 orientation
+    OWNER_TUNING,  // 45 output_channels
+    OWNER_TUNING,  // 46 output_mix_matrix
+    OWNER_PROFILE_ENDPOINT,  // 47 peak_value
+    OWNER_TUNING,  // 48 regulator_distortion_slope
+    OWNER_TUNING,  // 49 regulator_enable
+    OWNER_TUNING,  // 50 regulator_frequency
+    OWNER_TUNING,  // 51 regulator_isolated_band
+    OWNER_TUNING,  // 52 regulator_overdrive
+    OWNER_TUNING,  // 53 regulator_sibilance_suppress_amounts_left
+    OWNER_TUNING,  // 54 regulator_sibilance_suppress_amounts_left_surround
+    OWNER_TUNING,  // 55 regulator_sibilance_suppress_amounts_right
+    OWNER_TUNING,  // 56 regulator_sibilance_suppress_amounts_right_surround
+    OWNER_TUNING,  // 57 regulator_sibilance_suppress_enable
+    OWNER_TUNING,  // 58 regulator_speaker_dist_enable
+    OWNER_TUNING,  // 59 regulator_stress_amount
+    OWNER_TUNING,  // 60 regulator_threshold_high
+    OWNER_TUNING,  // 61 regulator_threshold_low
+    OWNER_TUNING,  // 62 regulator_timbre_preservation
+    OWNER_PROFILE,  // 63 reverb_suppression_amount
+    OWNER_PROFILE,  // 64 reverb_suppression_enable
+    OWNER_PROFILE_ENDPOINT,  // 65 surround_boost
+    OWNER_PROFILE_ENDPOINT,  // 66 surround_decoder_enable
+    OWNER_TUNING,  // 67 virtual_bass_blend_linear_gain
+    OWNER_TUNING,  // 68 virtual_bass_compressor_tuning
+    OWNER_PROFILE_ENDPOINT,  // 69 virtual_bass_enable
+    OWNER_TUNING,  // 70 virtual_bass_harmgains
+    OWNER_TUNING,  // 71 virtual_bass_hybgains
+    OWNER_TUNING,  // 72 virtual_bass_mix_frequency
+    OWNER_TUNING,  // 73 virtual_bass_mix_freq_high
+    OWNER_TUNING,  // 74 virtual_bass_mix_freq_low
+    OWNER_TUNING,  // 75 virtual_bass_mode
+    OWNER_TUNING,  // 76 virtual_bass_overall_gain
+    OWNER_TUNING,  // 77 virtual_bass_rolloff_gain
+    OWNER_TUNING,  // 78 virtual_bass_slope_gain
+    OWNER_TUNING,  // 79 virtual_bass_src_freq_high
+    OWNER_TUNING,  // 80 virtual_bass_src_freq_low
+    OWNER_TUNING,  // 81 virtual_bass_subgains
+    OWNER_NONE,  // 82 virtual_bass_type
+    OWNER_PROFILE_ENDPOINT,  // 83 virtualizer_enable
+    OWNER_TUNING,  // 84 virtualizer_front_speaker_angle
+    OWNER_TUNING,  // 85 virtualizer_height_speaker_angle
+    OWNER_PROFILE_ENDPOINT,  // 86 virtualizer_start_band
+    OWNER_TUNING,  // 87 virtualizer_surround_speaker_angle
+    OWNER_PROFILE_ENDPOINT,  // 88 volmax_boost
+    OWNER_PROFILE_ENDPOINT,  // 89 volume_leveler_amount
+    OWNER_TUNING,  // 90 volume_leveler_compressor_enable
+    OWNER_PROFILE_ENDPOINT,  // 91 volume_leveler_enable
+    OWNER_PROFILE_ENDPOINT,  // 92 volume_leveler_in_target
+    OWNER_PROFILE_ENDPOINT,  // 93 volume_leveler_out_target
+    OWNER_TUNING,  // 94 volume_modeler_calibration
+    OWNER_PROFILE,  // 95 volume_modeler_enable
+};
+
+// The parameters owned by any of owners, for the static admissible-parameter sets. It reads only
+// the constant table above, so it is safe to call while other static sets are being built.
+std::set<Parameter> parametersOwnedBy(std::initializer_list<ParameterOwner> owners);
 
 // True for the numbers 0 to 95.
 inline constexpr bool isValidParameter(int number) {

@@ -4,16 +4,7 @@
 
 namespace korvi {
 
-const std::set<Parameter> Profile::kValidParams = {
-    CUSTOM_DRC_METADATA,
-    MI_ADAPTIVE_VIRTUALIZER_STEERING_ENABLE,
-    MI_DV_LEVELER_STEERING_ENABLE,
-    MI_IEQ_STEERING_ENABLE,
-    MI_SURROUND_COMPRESSOR_STEERING_ENABLE,
-    REVERB_SUPPRESSION_AMOUNT,
-    REVERB_SUPPRESSION_ENABLE,
-    VOLUME_MODELER_ENABLE,
-};
+const std::set<Parameter> Profile::kValidParams = parametersOwnedBy({OWNER_PROFILE});
 
 Profile::Profile(int profileId, const std::string& name, bool mobility)
     : Profile(-1, profileId, name, mobility) {

@@ -2,18 +2,7 @@
 
 namespace korvi {
 
-const std::set<Parameter> ProfileParameters::kValidParams = {
-    CUSTOM_DRC_METADATA,
-    GEQ_FREQUENCY,
-    GEQ_GAIN,
-    MI_ADAPTIVE_VIRTUALIZER_STEERING_ENABLE,
-    MI_DV_LEVELER_STEERING_ENABLE,
-    MI_IEQ_STEERING_ENABLE,
-    MI_SURROUND_COMPRESSOR_STEERING_ENABLE,
-    REVERB_SUPPRESSION_AMOUNT,
-    REVERB_SUPPRESSION_ENABLE,
-    VOLUME_MODELER_ENABLE,
-};
+const std::set<Parameter> ProfileParameters::kValidParams = parametersOwnedBy({OWNER_PROFILE, OWNER_GEQ_PRESET});
 
 ProfileParameters::ProfileParameters(ParamChangeObserver* observer)
     : ParameterValues(-1, false), mObserver(observer) {
