@@ -51,10 +51,12 @@ void ProfileContext::load() {
     if (!mDefaults) mDefaults = std::make_unique<Defaults>(mProvider, mId);
 }
 
-void ProfileContext::save() {
-    if (mProfile != nullptr) mProvider->save(mProfile);
-    for (ProfileEndpoint* endpoint : mProfileEndpoints) mProvider->save(endpoint);
-    if (mGeqPreset != nullptr) mProvider->save(mGeqPreset);
+int ProfileContext::save() {
+    int result = 0;
+    if (mProfile != nullptr) result |= mProvider->save(mProfile);
+    for (ProfileEndpoint* endpoint : mProfileEndpoints) result |= mProvider->save(endpoint);
+    if (mGeqPreset != nullptr) result |= mProvider->save(mGeqPreset);
+    return result;
 }
 
 void ProfileContext::reset() {
