@@ -94,7 +94,8 @@ public:
     std::vector<std::string> events;
     // Set when a callback found the context's lock taken.
     bool lockHeld = false;
-    // Called at the end of every callback with the event's text.
+    // Called at the end of every callback with the event's text (not when the lock was found
+    // taken: calling back would then deadlock).
     std::function<void(AxContext&, const std::string&)> hook;
 
     std::vector<std::string> take() {
@@ -131,14 +132,12 @@ public:
 
 private:
     void note(AxContext& context, const std::string& event) {
-        if (context.getLock().tryLock() == 0) {
-            context.getLock().unlock();
-        } else {
-            lockHeld = true;
-        }
+        const bool free = context.getLock().tryLock() == 0;
+        if (free) context.getLock().unlock();
+        lockHeld = lockHeld || !free;
         events.push_back(event);
         if (mShared != nullptr) mShared->push_back(mName + " " + event);
-        if (hook) hook(context, event);
+        if (hook && free) hook(context, event);
     }
 
     std::string mName;
