@@ -7,8 +7,10 @@
 #include <android/log.h>
 
 #include <algorithm>
+#include <atomic>
 #include <functional>
 #include <memory>
+#include <thread>
 
 #include "context/AxContext.h"
 #include "context/AxContextChangeObservable.h"
@@ -508,6 +510,52 @@ TEST_F(AxContextTest, MissingEndpointOfTheSelectedProfileEndsTheProcess) {
                 "Couldn't find the profile endpoint fo 1");
     EXPECT_EXIT(c.setProfileParameter(0, HEADPHONE, IEQ_ID, {1}), testing::ExitedWithCode(255),
                 "Couldn't find the profile endpoint fo 1");
+}
+
+// One thread changes the state (as the event handler does) while another reads through the
+// getters (as binder threads do); observers run on the changing thread and read back.
+TEST_F(AxContextTest, ConcurrencyOfChangesAndGetters) {
+    AxContext& c = context();
+    mObserver.hook = [](AxContext& ctx, const std::string&) {
+        ctx.getSfxOn();
+        ctx.getSelectedProfileGeq();
+    };
+    constexpr int kRounds = 200;
+    std::atomic<bool> done{false};
+    std::atomic<int> reads{0};
+    std::thread reader([&] {
+        while (!done.load() || reads.load() < 50) {
+            const int selected = c.getSelectedProfile();
+            EXPECT_GE(selected, 0);
+            EXPECT_LT(selected, 5);
+            c.getSfxOn();
+            c.isSelected(selected);
+            c.isProfileModified(selected);
+            c.isProfileGeqModified(reads.load() % 5);
+            EXPECT_EQ(c.getSelectedProfileEndpoint(PORT_HEADPHONE)->getEndpoint(), HEADPHONE);
+            c.getSelectedProfileIeq(PORT_INTERNAL_SPEAKER);
+            reads.fetch_add(1);
+        }
+    });
+    const char* devices[] = {"korvi_earbuds_e2", "studio_monitor_hp3"};
+    for (int i = 0; i < kRounds; ++i) {
+        c.setSfxOn(i % 2 == 0);
+        c.setSelectedProfile(i % 5);
+        c.setProfileParameter(i % 5, REVERB_SUPPRESSION_AMOUNT, {i});
+        c.setProfileGeqParameter(i % 5, GEQ_GAIN, {i, i});
+        c.setProfileParameter(i % 5, HEADPHONE, DIALOG_ENHANCER_AMOUNT, {i});
+        c.setProfileParameter(i % 5, SPEAKER, IEQ_ID, {i % 4});
+        EXPECT_TRUE(c.setSelectedTuning(PORT_HEADPHONE, devices[i % 2], false));
+        if (i % 50 == 0) c.resetProfile(i % 5);
+    }
+    done = true;
+    reader.join();
+    // Every round changes the state, the profile, a profile, GEQ and headphone value (three
+    // ports), the speaker's IEQ preset and the headphone tuning.
+    EXPECT_GE(mObserver.events.size(), 9u * kRounds);
+    EXPECT_FALSE(c.getSfxOn());
+    EXPECT_EQ(c.getSelectedProfile(), (kRounds - 1) % 5);
+    EXPECT_EQ(c.getSelectedTuning(PORT_HEADPHONE)->getName(), "studio_hp3");
 }
 
 }  // namespace
