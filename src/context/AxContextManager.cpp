@@ -278,11 +278,11 @@ int AxContextManager::loadOemTuningLocked(bool insideRebuild) {
     factoryParser->setTuningFile(factoryXmlPath());
     std::set<std::string> factoryTunings;
     std::set<std::string> factoryDevices;
-    for (Tuning* tuning : factoryParser->getDeviceData()->getTunings()) {
-        factoryTunings.insert(tuning->getName());
-    }
-    for (DeviceTuning* device : factoryParser->getDeviceData()->getDeviceTunings()) {
-        factoryDevices.insert(device->getDevice());
+    if (DeviceData* factory = factoryParser->getDeviceData()) {
+        for (Tuning* tuning : factory->getTunings()) factoryTunings.insert(tuning->getName());
+        for (DeviceTuning* device : factory->getDeviceTunings()) {
+            factoryDevices.insert(device->getDevice());
+        }
     }
 
     if (!insideRebuild && mProvider->beginTransaction() != 0) {

@@ -71,7 +71,8 @@ protected:
     }
     std::vector<Row> oemRows() const {
         RawDb db(mRoot.path(kDb));
-        std::vector<Row> rows = db.rows("SELECT 'tuning', name FROM tunings WHERE custom_name = 'oem'");
+        std::vector<Row> rows =
+            db.rows("SELECT 'tuning', name FROM tunings WHERE custom_name = 'oem' ORDER BY name");
         for (const Row& row :
              db.rows("SELECT device, port FROM device_tunings WHERE custom_name = 'oem' ORDER BY device")) {
             rows.push_back(row);
@@ -337,6 +338,17 @@ TEST_F(AxContextManagerTest, OemReloadResultsAndDropRules) {
         EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "OEM Tuning XML parses error!"));
     }
     EXPECT_EQ(oemRows(), kMergedOemRows);
+
+    // A factory file that no longer parses offers no names to drop against: the whole OEM file
+    // goes in, and nothing reads past the missing factory records.
+    mRoot.write(kOem, oemXml);
+    mRoot.write(kFactory, "<korvi_tuning>");
+    EXPECT_EQ(manager.loadOemTuning(), 0);
+    EXPECT_EQ(oemRows(), (std::vector<Row>{{"tuning", "earbuds_e2"},
+                                           {"tuning", "oem_neckband_n7"},
+                                           {"korvi_earbuds_e2_plus", "headphone"},
+                                           {"oem_neckband_n7", "bluetooth"},
+                                           {"oem_neckband_n7_usb", "usb"}}));
     RawDb db(mRoot.path(kDb));
     EXPECT_EQ(db.value("PRAGMA integrity_check"), "ok");
 }
