@@ -8,6 +8,8 @@
 // the new state.
 #include <gtest/gtest.h>
 
+#include <android/log.h>
+
 #include <signal.h>
 #include <sqlite3.h>
 #include <sys/types.h>
@@ -79,6 +81,8 @@ void hook(sqlite3_vfs* vfs, const char* name, sqlite3_syscall_ptr replacement, s
 pid_t startChild(long killAt, int reportFd) {
     const pid_t pid = fork();
     if (pid != 0) return pid;
+    // Sixty children's start-up lines would bury the parent's output.
+    __android_log_set_logger([](const struct __android_logger_data*, const char*) {});
     sqlite3_vfs* vfs = sqlite3_vfs_find(nullptr);
     if (vfs == nullptr || vfs->iVersion < 3) _exit(3);
     hook(vfs, "write", reinterpret_cast<sqlite3_syscall_ptr>(hookWrite), sRealWrite);
