@@ -207,6 +207,7 @@ TEST_F(AxContextManagerTest, FirstStartBuildsTheDatabaseAndMergesTheOemFile) {
     ASSERT_EQ(seen.size(), expected.size()) << logs.dump();
     std::sort(seen.begin() + 1, seen.begin() + 1 + merge.size());
     EXPECT_EQ(seen, expected) << logs.dump();
+    EXPECT_FALSE(logs.containsText(kTag, "rolling it back"));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, kTag,
                               "Add OEM Device Tuning Port[bluetooth] : Device[oem_neckband_n7] "
                               "with tuning.name [oem_neckband_n7]"));
@@ -349,6 +350,12 @@ TEST_F(AxContextManagerTest, OemReloadResultsAndDropRules) {
                                            {"korvi_earbuds_e2_plus", "headphone"},
                                            {"oem_neckband_n7", "bluetooth"},
                                            {"oem_neckband_n7_usb", "usb"}}));
+
+    // A merge makes every port choose again: a device that vanished gives way to the default.
+    ASSERT_TRUE(context->setSelectedTuning(PORT_BLUETOOTH, "oem_neckband_n7", false));
+    mRoot.write(kOem, replaced(oemXml, "id=\"oem_neckband_n7\"", "id=\"oem_neckband_n8\""));
+    EXPECT_EQ(manager.loadOemTuning(), 0);
+    EXPECT_EQ(context->getSelectedTuningDevice(PORT_BLUETOOTH), "default_bluetooth");
     RawDb db(mRoot.path(kDb));
     EXPECT_EQ(db.value("PRAGMA integrity_check"), "ok");
 }
