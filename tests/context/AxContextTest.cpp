@@ -373,9 +373,10 @@ TEST_F(AxContextTest, QueriesReadThroughTheRecordsAndInsertOnRead) {
     EXPECT_EQ(profile->mValues.count(MI_VIRTUALIZER_BINAURAL_STEERING_ENABLE), 1u);
     EXPECT_EQ(tuning->mValues.count(VIRTUAL_BASS_TYPE), 1u);
 
+    // Ids up to the preset count are valid; 4 has no row.
     const Events names = {c.getIeqPresetName(-1), c.getIeqPresetName(0), c.getIeqPresetName(3),
-                          c.getIeqPresetName(5)};
-    EXPECT_EQ(names, (Events{"", "off", "warm", ""}));
+                          c.getIeqPresetName(4), c.getIeqPresetName(5)};
+    EXPECT_EQ(names, (Events{"", "off", "warm", "", ""}));
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, kTag, "Invalid IEQ Preset Id!"), 2u);
 
     EXPECT_EQ(c.getSelectedProfileEndpoint(PORT_BLUETOOTH), c.getProfileEndpoint(0, HEADPHONE));
@@ -385,8 +386,10 @@ TEST_F(AxContextTest, QueriesReadThroughTheRecordsAndInsertOnRead) {
 }
 
 TEST_F(AxContextTest, UnknownProfileIdOrMissingEndpointEndsTheProcess) {
+    // The stored selection names no profile, and profile 0 lost its working headphone record.
     build([](Provider&, RawDb& db) {
-        db.exec("DELETE FROM profile_endpoints WHERE profile_id=0 AND endpoint='headphone' AND "
+        db.exec("UPDATE configuration SET value='9' WHERE key='Profile'; DELETE FROM "
+                "profile_endpoints WHERE profile_id=0 AND endpoint='headphone' AND "
                 "custom_name='custom'");
     });
     AxContext& c = *mContext;
@@ -397,7 +400,8 @@ TEST_F(AxContextTest, UnknownProfileIdOrMissingEndpointEndsTheProcess) {
         {[&] { c.setProfileParameter(9, SPEAKER, IEQ_ID, {1}); }, "context for profileId: 9\n"},
         {[&] { c.resetProfileGeq(5); }, "context for profileId: 5\n"},
         {[&] { c.isProfileModified(99); }, "context for profileId: 99\n"},
-        {[&] { c.getSelectedProfileEndpoint(PORT_USB); }, "profile endpoint fo 1\n"},
+        {[&] { c.getSelectedProfile(); }, "context for profileId: -1\n"},
+        {[&] { c.getProfileEndpoint(0, HEADPHONE); }, "profile endpoint fo 1\n"},
         {[&] { c.setProfileParameter(0, HEADPHONE, IEQ_ID, {1}); }, "profile endpoint fo 1\n"},
     };
     for (const auto& [call, message] : calls) {
