@@ -410,18 +410,23 @@ TEST_F(AxContextTest, UnknownProfileIdOrMissingEndpointEndsTheProcess) {
 }
 
 // One thread changes the state (as the event handler does) while another reads through the
-// getters (as binder threads do); observers run on the changing thread and read back.
+// getters (as binder threads do); observers run on the changing thread and read back. First both
+// hammer the on/off state, then the reader goes through the other getters while the writer changes
+// profiles, values, IEQ presets and tunings.
 TEST_F(AxContextTest, ConcurrencyOfChangesAndGetters) {
     AxContext& c = *mContext;
     mObserver.hook = [](AxContext& ctx, const std::string&) { ctx.getSelectedProfileGeq(); };
-    constexpr int kRounds = 200;
-    std::atomic<bool> done{false};
-    std::atomic<int> reads{0};
+    constexpr int kRounds = 100;
+    std::atomic<bool> toggled{false}, done{false};
+    std::atomic<int> stateReads{0}, reads{0};
     std::thread reader([&] {
+        while (!toggled.load()) {
+            c.getSfxOn();
+            stateReads.fetch_add(1);
+        }
         while (!done.load() || reads.load() < 50) {
             const int selected = c.getSelectedProfile();
             EXPECT_TRUE(selected >= 0 && selected < 5) << selected;
-            c.getSfxOn();
             c.isSelected(selected);
             c.isProfileModified(selected);
             c.isProfileGeqModified(reads.load() % 5);
@@ -430,9 +435,12 @@ TEST_F(AxContextTest, ConcurrencyOfChangesAndGetters) {
             reads.fetch_add(1);
         }
     });
+    // Toggles until the reader has read the state many times while it changed.
+    size_t toggles = 0;
+    for (; toggles < 500 || stateReads.load() < 5000; ++toggles) c.setSfxOn(toggles % 2 == 0);
+    toggled = true;
     const char* devices[] = {"korvi_earbuds_e2", "studio_monitor_hp3"};
     for (int i = 0; i < kRounds; ++i) {
-        c.setSfxOn(i % 2 == 0);
         c.setSelectedProfile(i % 5);
         c.setProfileParameter(i % 5, REVERB_SUPPRESSION_AMOUNT, {i});
         c.setProfileGeqParameter(i % 5, GEQ_GAIN, {i, i});
@@ -443,9 +451,9 @@ TEST_F(AxContextTest, ConcurrencyOfChangesAndGetters) {
     }
     done = true;
     reader.join();
-    // Every round changes the state, the profile, a profile, GEQ and headphone value (three
-    // ports), the speaker's IEQ preset and the headphone tuning.
-    EXPECT_GE(mObserver.events.size(), 9u * kRounds);
+    // Every toggle is a change; every round changes the profile, a profile, GEQ and headphone
+    // value (three ports), the speaker's IEQ preset and the headphone tuning.
+    EXPECT_GE(mObserver.events.size(), toggles + 8u * kRounds);
     EXPECT_EQ(c.getSelectedProfile(), (kRounds - 1) % 5);
     EXPECT_EQ(c.getSelectedTuning(PORT_HEADPHONE)->getName(), "studio_hp3");
 }
