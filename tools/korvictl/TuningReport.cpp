@@ -9,6 +9,7 @@
 #include "Quoted.h"
 #include "model/Endpoint.h"
 #include "model/Parameter.h"
+#include "tuning/FormatFamily.h"
 
 namespace korvi::ctl {
 
@@ -59,10 +60,7 @@ std::string familyText(const std::string& family) {
 }  // namespace
 
 std::string TuningReport::formatFamily(const std::string& formatVersion) {
-    if (formatVersion.compare(0, 5, "3.2.2") == 0) return "3.2.2";
-    if (formatVersion.compare(0, 4, "3.2.") == 0) return "3.2";
-    if (formatVersion.compare(0, 5, "3.3.0") == 0) return "3.3.0";
-    return "current";
+    return FormatFamily(formatVersion).name();
 }
 
 TuningReport::TuningReport(std::string path, DeviceData& data, int virtualBassType,
