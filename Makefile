@@ -4,9 +4,10 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
-# The thread-safety tests: the shared store's concurrent commit/read test by default.
-TSAN_TESTS ?= Concurrency
-TSAN_TARGETS ?= test_sfxparamstorage
+# The thread-safety tests: the shared store's concurrent commit/read test, the settings
+# database's two-thread inserts and the tuning reader on several threads.
+TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours
+TSAN_TARGETS ?= test_sfxparamstorage test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 

@@ -1,6 +1,6 @@
+#define LOG_TAG "DatabaseHelper"
 // The record rows of the settings database: inserting, reading and rewriting the rows of the
 // parameter records.
-#define LOG_TAG "DatabaseHelper"
 
 #include <log/log.h>
 #include <sqlite3.h>
