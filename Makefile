@@ -57,6 +57,15 @@ fuzz-run: fuzz
 	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
 	$(FUZZ_BUILD)/fuzz/fuzz_blob_parser -max_total_time=$(FUZZ_SECONDS) \
 	    $(FUZZ_BUILD)/corpus/blob_parser fuzz/corpus/blob_parser
+	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_entities $(FUZZ_BUILD)/corpus/reader_lint
+	# Large inputs for entity amplification: a refused file must cost no more than its size.
+	$(FUZZ_BUILD)/fuzz/fuzz_tuning_reader -max_total_time=$(FUZZ_SECONDS) -max_len=262144 \
+	    -rss_limit_mb=1024 -timeout=10 -dict=fuzz/tuning_reader.dict \
+	    $(FUZZ_BUILD)/corpus/tuning_entities fuzz/corpus/tuning_entities
+	# The reader and korvictl's lint must agree on every record.
+	$(FUZZ_BUILD)/fuzz/fuzz_reader_lint -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/reader_lint fuzz/corpus/tuning_reader \
+	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -272,6 +272,14 @@ std::vector<LintWarning> TuningLint::run() {
     return mWarnings;
 }
 
+TuningLint::RecordIds TuningLint::recordIds() const {
+    RecordIds ids;
+    for (const auto& [node, id] : mProfileOrder) ids.profileIds.push_back(id);
+    ids.ieqPresetIds = mIeqPresetIds;
+    for (const auto& [key, line] : mGeqIds) ids.geqProfileIds.insert(std::stoi(key));
+    return ids;
+}
+
 void TuningLint::checkIndentation(const xmlNode* node) {
     const xmlNode* first = node->children;
     if (first != nullptr && first->type == XML_ELEMENT_NODE) {

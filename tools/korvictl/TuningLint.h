@@ -39,6 +39,15 @@ public:
     // Tuning names in the order the file writes them (after run()).
     const std::vector<std::string>& tuningOrder() const { return mTuningOrder; }
 
+    // The ids the lint took the file's records to have (after run()), for checking that it reads
+    // them as the reader does: profile ids in file order, IEQ preset ids, GEQ preset profile ids.
+    struct RecordIds {
+        std::vector<int> profileIds;
+        std::set<int> ieqPresetIds;
+        std::set<int> geqProfileIds;
+    };
+    RecordIds recordIds() const;
+
 private:
     // The first element with the same key, for duplicate reports.
     using FirstSeen = std::map<std::string, long>;
