@@ -5,8 +5,9 @@ ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
 # The thread-safety tests: the shared store's concurrent commit/read test, the settings
-# database's two-thread inserts and the tuning reader on several threads.
-TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours
+# database's two-thread inserts and writes against a second connection, and the tuning reader
+# on several threads.
+TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours|StoreDurability
 TSAN_TARGETS ?= test_sfxparamstorage test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
