@@ -1,12 +1,11 @@
 #include "TuningLint.h"
 
 #include <algorithm>
-#include <cctype>
-#include <climits>
 #include <cstdlib>
 
 #include <android/log.h>
 
+#include "NumberReading.h"
 #include "Quoted.h"
 
 #include "common/IntText.h"
@@ -41,54 +40,6 @@ std::string attr(const xmlNode* node, const char* name) {
         if (xmlStrEqual(a->name, reinterpret_cast<const xmlChar*>(name))) return attrText(node, a);
     }
     return "";
-}
-
-// What the reader makes of a number or a list of numbers, and what it silently drops.
-struct NumberReading {
-    std::vector<int> numbers;
-    std::string ignoredRest;  // text the reader stops at, "" when it reads it all
-    std::string overflow;     // the first number too large for 32 bits
-    bool emptyItem = false;   // two commas in a row
-};
-
-NumberReading readNumbers(const std::string& text) {
-    NumberReading reading;
-    string2IntVector(text, reading.numbers);
-    size_t i = 0;
-    const size_t n = text.size();
-    auto isBlank = [&](size_t k) { return text[k] == ' ' || text[k] == '\t' || text[k] == '\n'; };
-    while (i < n && isBlank(i)) ++i;
-    while (i < n) {
-        const size_t start = i;
-        if (text[i] == '-' || text[i] == '+') ++i;
-        const size_t digits = i;
-        while (i < n && isdigit(static_cast<unsigned char>(text[i]))) ++i;
-        if (i == digits) {
-            reading.ignoredRest = text.substr(start);
-            return reading;
-        }
-        const long long value = i - digits > 11 ? LLONG_MAX : std::stoll(text.substr(start, i - start));
-        if (value > INT_MAX || value < INT_MIN) {
-            reading.overflow = text.substr(start, i - start);
-            return reading;
-        }
-        int commas = 0;
-        while (i < n && (text[i] == ',' || text[i] == ' ')) commas += text[i++] == ',';
-        if (commas > 1) reading.emptyItem = true;
-        if (i < n && commas == 0 && !isdigit(static_cast<unsigned char>(text[i])) &&
-            text[i] != '-' && text[i] != '+') {
-            reading.ignoredRest = text.substr(i);
-            return reading;
-        }
-    }
-    return reading;
-}
-
-std::string listText(const std::vector<int>& numbers) {
-    if (numbers.empty()) return "nothing";
-    std::string out;
-    for (size_t i = 0; i < numbers.size(); ++i) out += (i > 0 ? "," : "") + std::to_string(numbers[i]);
-    return out;
 }
 
 std::vector<const xmlNode*> elementChildren(const xmlNode* node) {
