@@ -187,6 +187,8 @@ TEST(StoreDurability, ALockedFileIsLeftAloneAndACorruptOneIsMovedAsideAndReplace
         Provider provider(std::make_unique<DatabaseHelper>(kFile));
         provider.getDatabaseHelper()->setBusyTimeout(20);
         EXPECT_EQ(provider.checkDatabase(), DatabaseState::kLocked);
+        // A table that cannot be counted counts as empty: never a made-up row count.
+        EXPECT_EQ(provider.getDatabaseHelper()->getRowCount("profiles"), 0);
         EXPECT_FALSE(provider.init());
         EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "KrvDatabaseProvider",
                                   "init(): the profiles cannot be read from the database"));
