@@ -4,10 +4,11 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
-# The thread-safety tests: the shared store's concurrent commit/read test and the service
-# context's changes against concurrent getters.
-TSAN_TESTS ?= Concurrency
-TSAN_TARGETS ?= test_sfxparamstorage test_context
+# The thread-safety tests: the shared store's concurrent commit/read test, the service context's
+# changes against concurrent getters, the settings database's two-thread inserts and writes
+# against a second connection, and the tuning reader on several threads.
+TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours|StoreDurability
+TSAN_TARGETS ?= test_sfxparamstorage test_context test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 
@@ -57,6 +58,15 @@ fuzz-run: fuzz
 	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
 	$(FUZZ_BUILD)/fuzz/fuzz_blob_parser -max_total_time=$(FUZZ_SECONDS) \
 	    $(FUZZ_BUILD)/corpus/blob_parser fuzz/corpus/blob_parser
+	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_entities $(FUZZ_BUILD)/corpus/reader_lint
+	# Large inputs for entity amplification: a refused file must cost no more than its size.
+	$(FUZZ_BUILD)/fuzz/fuzz_tuning_reader -max_total_time=$(FUZZ_SECONDS) -max_len=262144 \
+	    -rss_limit_mb=1024 -timeout=10 -dict=fuzz/tuning_reader.dict \
+	    $(FUZZ_BUILD)/corpus/tuning_entities fuzz/corpus/tuning_entities
+	# The reader and korvictl's lint must agree on every record.
+	$(FUZZ_BUILD)/fuzz/fuzz_reader_lint -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
+	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/reader_lint fuzz/corpus/tuning_reader \
+	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -18,6 +18,7 @@
 #include "model/Parameter.h"
 #include "model/Tuning.h"
 #include "store/DatabaseHelper.h"
+#include "store/TableSchema.h"
 #include "store/Provider.h"
 
 namespace {

@@ -15,6 +15,11 @@ int string2Int(const std::string& text);
 // at the end of the text or at the first character that is neither a number, a comma nor a blank.
 void string2IntVector(const std::string& text, std::vector<int>& out);
 
+// Decimal like atoi (leading blanks, a sign, then digits; 0 without digits), but a number too
+// large for an int is clamped to INT_MAX or INT_MIN instead of overflowing. The tuning reader
+// reads IEQ preset ids and GEQ profile ids this way.
+int decimal2Int(const std::string& text);
+
 // Plain decimal, a minus sign for negatives.
 std::string int2String(int value);
 

@@ -24,7 +24,9 @@ public:
     int getSelectedGeqPreset() const { return mSelectedGeqPreset; }
 
     void setName(const std::string& name);
-    // Does not mark the record dirty, on purpose.
+    // Does not mark the record dirty, on purpose: mobility is the profile's group in the tuning
+    // file, set only while a file or a row is read; no client changes it, so setting it never
+    // means the record has changes to write back.
     void setMobility(bool mobility) { mMobility = mobility; }
     void setSelectedGeqPreset(int presetId);
 

@@ -5,31 +5,38 @@
 // Results follow one rule: 0 for success, 1 for failure; failures are logged under the tag
 // "DatabaseHelper". Every value that comes from a record, a file or a client is bound to its
 // statement, never spliced into SQL text; only the fixed table and column names are.
+//
+// A write reported as done is in the file: every statement that ends a transaction or a savepoint
+// is checked, and a failed one is rolled back and reported. The connection waits up to
+// kBusyTimeoutMs for another connection's lock before a statement gives up with "database is
+// locked".
+//
+// Thread safety: every public operation takes mLock; the functions named ...Locked expect it held.
 #pragma once
 
-#include <sqlite3.h>
+#include <utils/Mutex.h>
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <vector>
 
-#include "model/DeviceTuning.h"
-#include "model/GeqPreset.h"
-#include "model/IeqPreset.h"
-#include "model/Parameter.h"
-#include "model/Profile.h"
-#include "model/ProfileEndpoint.h"
-#include "model/Tuning.h"
-#include "store/TableSchema.h"
+#include "store/DatabaseState.h"
+
+struct sqlite3;
 
 namespace korvi {
 
+class DeviceTuning;
+class GeqPreset;
+class IeqPreset;
+class ParameterValues;
+class Profile;
+class ProfileEndpoint;
 class RowCountCache;
 class SqlStatement;
+class Tuning;
 
 // One result row: column name -> column text.
 using RowData = std::map<std::string, std::string>;
@@ -37,6 +44,9 @@ using RowData = std::map<std::string, std::string>;
 class DatabaseHelper {
 public:
     static constexpr const char* kDatabaseDir = "/data/vendor/korvi/";
+    // The suffix a corrupt file gets when it is moved aside.
+    static constexpr const char* kCorruptSuffix = ".corrupt";
+    static constexpr int kBusyTimeoutMs = 2000;
 
     // Opens (creating it when missing) the file fileName in the database directory. When that
     // fails the helper stays usable but every operation reports that the database is not open.
@@ -45,9 +55,15 @@ public:
     DatabaseHelper(const DatabaseHelper&) = delete;
     DatabaseHelper& operator=(const DatabaseHelper&) = delete;
 
-    bool isOpen() const { return mDb != nullptr; }
+    bool isOpen() const;
     // The database file on this machine (below the device root).
     const std::string& getPath() const { return mPath; }
+    // How long a statement waits for another connection's lock; kBusyTimeoutMs by default.
+    void setBusyTimeout(int milliseconds);
+
+    // Tells a readable file from a locked and a corrupt one (see DatabaseState). A corrupt file
+    // is moved aside as getPath() + kCorruptSuffix and an empty database is opened in its place.
+    DatabaseState checkDatabase();
 
     // Runs one statement of fixed text: success only when it runs to completion.
     int execSQL(const std::string& sql);
@@ -56,7 +72,7 @@ public:
     // else (free SQL, a failed statement, a change committed by another connection).
     int getRowCount(const std::string& table);
     int getAllRows(std::vector<RowData>& rows, const std::string& table);
-    // " (" + the column definitions + ")"; " ()" for a type outside 0 to 6.
+    // " (" + the column definitions + ")"; " ()" for a type outside 0 to 6 (a TableType).
     std::string buildColumnString(int type) const;
     // No existence guard: creating a table that exists fails and is only logged.
     int createTable(int type);
@@ -65,6 +81,8 @@ public:
     // Drops every table.
     int clear();
     int beginTransaction();
+    // A COMMIT that fails (another connection still reads the file after the busy timeout) rolls
+    // the whole transaction back and reports 1: nothing of it is in the file then.
     int commitTransaction();
     // Deletes the rows added from the OEM tuning file.
     int clearOemTunings();
@@ -76,6 +94,7 @@ public:
     std::string queryConfigurationValue(const std::string& key);
     // On unless the stored value is "false" (a missing key counts as on).
     bool querySfxStatus(const std::string& key);
+    // The updates report 1 when the key has no row: nothing was written then.
     int updateSfxStatus(const std::string& key, bool on);
     // The value of key, "-1" when it is empty or missing.
     std::string querySelectedProfile(const std::string& key);
@@ -118,44 +137,67 @@ public:
     int updateProfileEndpointValue(ProfileEndpoint* endpoint, const std::string& customName);
 
 private:
-    bool checkOpen() const;
-    void logPrepareFailure(const std::string& sql) const;
-    int runSql(const std::string& sql);
-    int stepToDone(SqlStatement& stmt, const std::string& sql);
-    int updateConfigurationValue(const std::string& key, const std::string& value);
+    // One row to insert: the table (a TableType), the key column texts after custom_name, the
+    // record whose parameter columns are written (nullptr: all empty) and the record that learns
+    // a new row id (nullptr: none).
+    struct RowInsert {
+        int type;
+        std::vector<std::string> keyTexts;
+        const ParameterValues* values;
+        int64_t rowId;
+        ParameterValues* writeBack;
+    };
+
+    static RowInsert rowOf(IeqPreset* preset);
+    static RowInsert rowOf(GeqPreset* preset, int64_t rowId);
+    static RowInsert rowOf(Profile* profile, int64_t rowId);
+    static RowInsert rowOf(ProfileEndpoint* endpoint, int64_t rowId);
+    static const std::string& insertSql(int type);
+    void openLocked() REQUIRES(mLock);
+    DatabaseState moveAsideLocked(const std::string& problem) REQUIRES(mLock);
+    void closeLocked() REQUIRES(mLock);
+    bool checkOpen() const EXCLUDES(mLock);
+    bool checkOpenLocked() const REQUIRES(mLock);
+    void logPrepareFailure(const std::string& sql) const REQUIRES(mLock);
+    int runSqlLocked(const std::string& sql) REQUIRES(mLock);
+    int stepToDoneLocked(SqlStatement& stmt, const std::string& sql) REQUIRES(mLock);
+    int getRowCountLocked(const std::string& table) REQUIRES(mLock);
+    int updateConfigurationValue(const std::string& key, const std::string& value)
+            EXCLUDES(mLock);
     // The prepared INSERT of a table, kept for the next row; nullptr when it cannot be prepared.
-    SqlStatement* insertStatement(TableType type);
-    int executeInsertCommand(TableType type, const std::vector<std::string>& keyTexts,
-                             const ParameterValues* values, const std::string& customName,
-                             int64_t rowId, ParameterValues* writeBack);
+    SqlStatement* insertStatementLocked(int type) REQUIRES(mLock);
+    int insertRow(const RowInsert& row, const std::string& customName) EXCLUDES(mLock);
+    int insertRowLocked(const RowInsert& row, const std::string& customName) REQUIRES(mLock);
     // Deletes the rows of one profile (and whatever extraWhere adds) under customName and
     // inserts the record again, both or neither.
-    int rewriteRow(TableType type, const std::string& customName, const std::string& extraWhere,
-                   std::vector<std::string> binds, const std::function<int()>& insert);
-    int deleteRows(const TableSchema& schema, const std::string& sql,
-                   const std::vector<std::string>& binds);
+    int rewriteRow(const RowInsert& row, const std::string& customName,
+                   const std::string& extraWhere, const std::vector<std::string>& binds)
+            EXCLUDES(mLock);
+    int deleteRowsLocked(const std::string& table, const std::string& sql,
+                         const std::vector<std::string>& binds) REQUIRES(mLock);
     // Runs a SELECT with bound values and hands every row over as RowData; 1 when the statement
-    // cannot be prepared.
+    // cannot be prepared or does not run to its end.
     int queryRows(const std::string& sql, const std::vector<std::string>& binds,
-                  std::vector<RowData>& rows, int line);
-    int queryNames(TableType type, std::vector<std::string>& names, const std::string& customName,
+                  std::vector<RowData>& rows, int line) EXCLUDES(mLock);
+    int queryRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
+                        std::vector<RowData>& rows, int line) REQUIRES(mLock);
+    int queryNames(int type, std::vector<std::string>& names, const std::string& customName,
                    int line);
-    int querySingleRow(TableType type, const std::string& where,
-                       const std::vector<std::string>& binds, RowData& row, int line);
-    std::map<Parameter, std::vector<int>> valuesOf(const RowData& row) const;
+    int querySingleRow(int type, const std::string& where, const std::vector<std::string>& binds,
+                       RowData& row, int line);
 
-    std::string mDatabaseDir;
-    std::string mPath;
-    std::map<std::string, Parameter> mParameterNames;
-    sqlite3* mDb = nullptr;
+    const std::string mDatabaseDir;
+    const std::string mPath;
 
     // SQLite serialises each call, but not a count followed by an insert, nor the binds and the
-    // step of a kept statement: this lock does, for the state the helper keeps itself.
-    std::recursive_mutex mCacheLock;
+    // step of a kept statement, nor closing and reopening the file: this lock does.
+    mutable android::Mutex mLock;
+    sqlite3* mDb GUARDED_BY(mLock) = nullptr;
+    int mBusyTimeoutMs GUARDED_BY(mLock) = kBusyTimeoutMs;
     // Keeps row ids "row count + 1" without counting the table for every insert.
-    std::unique_ptr<RowCountCache> mRowCounts;
+    std::unique_ptr<RowCountCache> mRowCounts GUARDED_BY(mLock);
     // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.
-    std::unique_ptr<SqlStatement> mInsertStmts[kTableTypeCount];
+    std::vector<std::unique_ptr<SqlStatement>> mInsertStmts GUARDED_BY(mLock);
 };
 
 }  // namespace korvi

@@ -17,11 +17,18 @@ Provider::Provider(std::unique_ptr<DatabaseHelper> helper) : mHelper(std::move(h
 
 Provider::~Provider() = default;
 
+DatabaseState Provider::checkDatabase() {
+    return mHelper->checkDatabase();
+}
+
 bool Provider::init() {
     std::vector<std::string> profileNames;
-    mHelper->queryProfileNames(profileNames, kDefaultName);
+    const bool readable = mHelper->queryProfileNames(profileNames, kDefaultName) == 0;
     mNumOfProfiles = static_cast<int>(profileNames.size());
-    if (mNumOfProfiles == 0) {
+    if (!readable) {
+        // Not "no profiles": a locked or broken file says nothing about what it holds.
+        ALOGE("%s(): the profiles cannot be read from the database", "init");
+    } else if (mNumOfProfiles == 0) {
         ALOGE("%s(): No profiles found from the database", "init");
     } else {
         ALOGD("%s(): Total %d profiles found", "init", mNumOfProfiles);

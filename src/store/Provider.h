@@ -25,6 +25,8 @@
 #include "model/Profile.h"
 #include "model/ProfileEndpoint.h"
 #include "model/Tuning.h"
+#include "store/DatabaseState.h"
+#include "store/RowKinds.h"
 
 namespace korvi {
 
@@ -32,9 +34,9 @@ class DatabaseHelper;
 
 class Provider {
 public:
-    static constexpr const char* kDefaultName = "default";
-    static constexpr const char* kCustomName = "custom";
-    static constexpr const char* kOemName = "oem";
+    static constexpr const char* kDefaultName = kDefaultRowName;
+    static constexpr const char* kCustomName = kCustomRowName;
+    static constexpr const char* kOemName = kOemRowName;
     // Configuration keys.
     static constexpr const char* kSignature = "signature";
     static constexpr const char* kFormatVersion = "version";
@@ -52,6 +54,11 @@ public:
     // Counts the profiles and IEQ presets of the factory rows and sets up the caches for them.
     // False when the database holds no profile: the service cannot run without one.
     virtual bool init();
+    // Looks at the database file before start-up trusts what it reads from it: a file that
+    // another process holds locked is kLocked (its content is unknown: neither rebuild it nor
+    // take its missing profiles for a changed tuning file), a corrupt one is moved aside and
+    // replaced by an empty database (kMovedAside: rebuild it from the factory tuning file).
+    virtual DatabaseState checkDatabase();
 
     virtual int getSelectedProfile();
     virtual int getNumOfProfiles();

@@ -1,9 +1,9 @@
 // Makes the delete and the insert of one row rewrite stand or fall together, inside a caller's
 // transaction or on its own: a crash or a failure in between must not lose the user's row.
-// Without commit() the rewrite is rolled back when the object goes.
+// Without a successful commit() the rewrite is rolled back when the object goes.
 #pragma once
 
-#include <sqlite3.h>
+struct sqlite3;
 
 namespace korvi {
 
@@ -16,12 +16,18 @@ public:
 
     // False when the savepoint could not be opened; nothing may be changed then.
     bool isActive() const { return mActive; }
-    void commit() { mCommitted = true; }
+    // 0 when the rewrite is in the file (or, inside a caller's transaction, part of it). 1 when
+    // releasing the savepoint failed: on its own that release is the commit, and it fails when
+    // another connection keeps reading past the busy timeout; the rewrite is rolled back then.
+    int commit();
 
 private:
+    void rollBack();
+
     sqlite3* mDb;
+    // Whether the savepoint opened the transaction (no caller's transaction was open).
+    bool mOutermost = false;
     bool mActive = false;
-    bool mCommitted = false;
 };
 
 }  // namespace korvi

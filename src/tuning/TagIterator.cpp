@@ -1,34 +1,71 @@
 #define LOG_TAG "TagIterator"
+
 #include "tuning/TagIterator.h"
 
 #include <log/log.h>
+#include <sys/stat.h>
 
+#include <libxml/entities.h>
+#include <libxml/hash.h>
 #include <libxml/parser.h>
+#include <libxml/tree.h>
 
 namespace korvi {
+
+namespace {
+
+bool declaresEntities(const xmlDoc* doc) {
+    for (const xmlDtd* dtd : {doc->intSubset, doc->extSubset}) {
+        if (dtd == nullptr) continue;
+        for (void* table : {dtd->entities, dtd->pentities}) {
+            if (table != nullptr && xmlHashSize(static_cast<xmlHashTablePtr>(table)) > 0) {
+                return true;
+            }
+        }
+    }
+    return false;
+}
+
+// Refuses a file larger than any tuning file before the XML library reads it; a file that is
+// not a regular one (a pipe) is read as it comes.
+bool isOversized(const std::string& path) {
+    struct stat st {};
+    if (stat(path.c_str(), &st) != 0 || !S_ISREG(st.st_mode)) return false;
+    if (st.st_size <= TagIterator::kMaxFileBytes) return false;
+    ALOGE("%s is %lld bytes, more than the %lld a tuning file may have: refused", path.c_str(),
+          static_cast<long long>(st.st_size), TagIterator::kMaxFileBytes);
+    return true;
+}
+
+}  // namespace
 
 void TagIterator::DocFree::operator()(xmlDoc* doc) const {
     xmlFreeDoc(doc);
 }
 
-TagIterator::TagIterator() = default;
-
-TagIterator::~TagIterator() {
-    mDoc.reset();
-    xmlCleanupParser();
+TagIterator::TagIterator() {
+    // Sets up the library's global state once per process; safe to call from any thread.
+    xmlInitParser();
 }
+
+TagIterator::~TagIterator() = default;
 
 int32_t TagIterator::init(std::string& path) {
     if (path.empty()) {
         ALOGE("Invalide xml file path, %d", __LINE__);
         return -22;
     }
-    xmlDoc* doc = xmlReadFile(path.c_str(), nullptr, 0);
+    if (isOversized(path)) return -22;
+    xmlDoc* doc = xmlReadFile(path.c_str(), nullptr, XML_PARSE_NONET);
     if (doc == nullptr) {
         ALOGE("fail to call xmlReadFile,  %d", __LINE__);
         return -22;
     }
     std::unique_ptr<xmlDoc, DocFree> owned(doc);
+    if (declaresEntities(doc)) {
+        ALOGE("%s declares entities, which a tuning file never needs: refused", path.c_str());
+        return -22;
+    }
     xmlNode* root = xmlDocGetRootElement(doc);
     if (root == nullptr) {
         ALOGE("fail to call xmlDocGetRootElement, %d", __LINE__);
@@ -142,7 +179,6 @@ void TagIterator::clearAll() {
     mRoot = nullptr;
     mCurrent = nullptr;
     mNodeStack.clear();
-    xmlCleanupParser();
 }
 
 long TagIterator::getLineNumber() const {

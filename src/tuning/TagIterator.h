@@ -5,6 +5,10 @@
 // Moving into an element's children always skips its first child node: in an indented file that
 // node is the whitespace before the first child element, so the cursor lands on that element.
 // A file that is not indented therefore loses the first child element of every element.
+//
+// Files a tuning file never looks like are refused before anything is read from them: a file
+// larger than kMaxFileBytes, and a file that declares entities (a few hundred kilobytes of
+// entity references can expand to gigabytes when attributes are read).
 #pragma once
 
 #include <cstdint>
@@ -13,24 +17,30 @@
 #include <string>
 #include <vector>
 
-#include <libxml/tree.h>
-
 // The integer readers belong to this module's interface: setters and the parser convert
 // attribute texts with string2Int and string2IntVector.
 #include "common/IntText.h"
+
+// The XML library's own types, named here so that includers do not see the library.
+struct _xmlDoc;
+struct _xmlNode;
 
 namespace korvi {
 
 class TagIterator {
 public:
+    static constexpr long long kMaxFileBytes = 4LL * 1024 * 1024;
+
     TagIterator();
-    // Frees the document and cleans up the XML library's global parser state.
+    // Frees the document. The XML library's global state is left alone: other parsers, on other
+    // threads or elsewhere in the process, may be using it.
     virtual ~TagIterator();
     TagIterator(const TagIterator&) = delete;
     TagIterator& operator=(const TagIterator&) = delete;
 
     // Loads the file and moves to the first child node of its root element. Returns 0, -22 for an
-    // empty path or an unreadable or malformed file, -19 for a document without a root element.
+    // empty path or an unreadable, malformed, oversized or entity-declaring file, -19 for a
+    // document without a root element.
     // A document loaded before is released and the node stack emptied.
     virtual int32_t init(std::string& path);
     // To the next sibling (null past the last one); nothing when there is no current node.
@@ -65,13 +75,13 @@ public:
 
 private:
     struct DocFree {
-        void operator()(xmlDoc* doc) const;
+        void operator()(_xmlDoc* doc) const;
     };
 
-    std::unique_ptr<xmlDoc, DocFree> mDoc;
-    xmlNode* mRoot = nullptr;
-    xmlNode* mCurrent = nullptr;
-    std::deque<xmlNode*> mNodeStack;
+    std::unique_ptr<_xmlDoc, DocFree> mDoc;
+    _xmlNode* mRoot = nullptr;
+    _xmlNode* mCurrent = nullptr;
+    std::deque<_xmlNode*> mNodeStack;
 };
 
 }  // namespace korvi

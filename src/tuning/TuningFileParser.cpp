@@ -1,29 +1,17 @@
 #define LOG_TAG "TuningFileParser"
 #include "tuning/TuningFileParser.h"
 
+#include "tuning/FormatFamily.h"
+
 #include <log/log.h>
 
-#include <cctype>
-#include <climits>
 
 namespace korvi {
 
 namespace {
 
-// Format families, each recognised by the start of the format version.
-const std::string kFormat32Family = "3.2.";
-const std::string kFormat322 = "3.2.2";
-const std::string kFormat330 = "3.3.0";
-
-// Canonical IEQ preset names of the formats that name presets by text.
-const char* const kIeqPresetNames[] = {"off", "detailed", "balanced", "warm"};
-
 // The source line the invalid-name message has always carried; log readers search for it.
 constexpr int kInvalidNameLine = 296;
-
-bool startsWith(const std::string& text, const std::string& prefix) {
-    return text.compare(0, prefix.size(), prefix) == 0;
-}
 
 // A profile's endpoint_type id: anything unknown is an "other" endpoint.
 Endpoint profileEndpointOf(const std::string& text) {
@@ -37,24 +25,6 @@ Endpoint tuningEndpointOf(const std::string& text) {
     if (text == "headphone") return HEADPHONE;
     if (text == "other") return OTHER;
     return SPEAKER;
-}
-
-// Decimal like atoi (leading blanks, a sign, then digits; 0 without digits), but a number too
-// large for an int is clamped instead of overflowing.
-int decimalOf(const std::string& text) {
-    size_t i = 0;
-    while (i < text.size() && std::isspace(static_cast<unsigned char>(text[i]))) ++i;
-    bool negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-    long long value = 0;
-    for (; i < text.size() && std::isdigit(static_cast<unsigned char>(text[i])); ++i) {
-        value = value * 10 + (text[i] - '0');
-        if (value > static_cast<long long>(INT_MAX) + 1) break;
-    }
-    if (negative) value = -value;
-    if (value > INT_MAX) return INT_MAX;
-    if (value < INT_MIN) return INT_MIN;
-    return static_cast<int>(value);
 }
 
 }  // namespace
@@ -105,15 +75,15 @@ int TuningFileParser::getIeqPresetIdByName(std::string name) {
 }
 
 bool TuningFileParser::isFamily32() const {
-    return startsWith(mFormatVersion, kFormat32Family);
+    return FormatFamily(mFormatVersion).is32();
 }
 
 bool TuningFileParser::isFormat322() const {
-    return startsWith(mFormatVersion, kFormat322);
+    return FormatFamily(mFormatVersion).is322();
 }
 
 bool TuningFileParser::isFormat330() const {
-    return startsWith(mFormatVersion, kFormat330);
+    return FormatFamily(mFormatVersion).is330();
 }
 
 std::vector<std::string> TuningFileParser::readAttributes(const std::vector<std::string>& names) {
@@ -209,9 +179,9 @@ void TuningFileParser::parsePreset() {
         std::string name;
         if (isFamily32() || isFormat330()) {
             presetId = getIeqPresetIdByName(attrs[0]);
-            name = kIeqPresetNames[presetId];
+            name = FormatFamily::kIeqPresetNames[presetId];
         } else {
-            presetId = decimalOf(attrs[0]);
+            presetId = decimal2Int(attrs[0]);
             name = attrs[1];
         }
         auto preset = std::make_unique<IeqPreset>(presetId, name);
@@ -222,7 +192,7 @@ void TuningFileParser::parsePreset() {
         mOwnedRecords.push_back(std::move(preset));
     } else if (type == "geq") {
         // A GEQ preset's id is the id of the profile it belongs to.
-        auto preset = std::make_unique<GeqPreset>(decimalOf(attrs[0]));
+        auto preset = std::make_unique<GeqPreset>(decimal2Int(attrs[0]));
         if (const ValueSetter* setter = sSetterCollection.getValueSetter(type)) {
             setter->set(*preset, mTagIterator);
         }
@@ -294,7 +264,7 @@ void TuningFileParser::parseProfileEndpoint(int profileId, int ieqEnable, int ie
                 if (isFormat330()) {
                     selectedIeqPreset = getIeqPresetIdByName(readAttributes({"preset"})[0]);
                 } else {
-                    selectedIeqPreset = decimalOf(readAttributes({"ieq_preset"})[0]);
+                    selectedIeqPreset = decimal2Int(readAttributes({"ieq_preset"})[0]);
                 }
             }
         }

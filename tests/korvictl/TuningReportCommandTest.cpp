@@ -77,6 +77,20 @@ std::vector<std::string> linesOf(const std::string& text) {
 TEST_F(TuningReportCommandTest, EverySampleFileReadsWithoutWarnings) {
     for (const std::string& file : kSampleFiles) {
         SCOPED_TRACE(file);
+        if (file.compare(0, 8, "formats/") == 0) {
+            // The older-format samples number their two profiles 0 and 2: the one warning.
+            const std::string path = kData + "/" + file;
+            const ToolRun run = korvictl({"inspect", "--strict", path});
+            EXPECT_EQ(run.status, 3);
+            EXPECT_NE(run.out.find("\nWarnings: 1\n" + path + ":" +
+                                   std::to_string(lineOf(path, "<profile id=\"2\"")) +
+                                   ": warning: profile id 2 is outside 0..1 (the file has 2 "
+                                   "profiles); the service can never select this profile "
+                                   "[profile-id-range]\n"),
+                      std::string::npos)
+                    << run.out;
+            continue;
+        }
         const ToolRun run = korvictl({"inspect", "--strict", kData + "/" + file});
         EXPECT_EQ(run.status, 0) << run.out << run.err;
         EXPECT_EQ(run.err, "");

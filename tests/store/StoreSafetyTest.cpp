@@ -64,9 +64,9 @@ TEST(StoreSafety, HostileNamesAreStoredAsTextAndLoadBackUnchanged) {
         EXPECT_EQ(tuning->getName(), kHostileNames[i]);
         EXPECT_EQ(tuning->mValues.at(ORIENTATION), std::vector<int>{static_cast<int>(i)});
     }
-    // A hostile key matches only itself.
+    // A hostile key matches only itself: there is no such row, so the update reports failure.
     EXPECT_EQ(provider.getDeviceTuning("x' OR '1'='1"), "");
-    EXPECT_EQ(provider.updateDeviceTuning("x' OR '1'='1", "owned"), 0);
+    EXPECT_EQ(provider.updateDeviceTuning("x' OR '1'='1", "owned"), 1);
     EXPECT_EQ(raw.value("SELECT COUNT(*) FROM configuration WHERE value='owned'"), "0");
 }
 

@@ -8,7 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "model/DeviceTuning.h"
+#include "model/GeqPreset.h"
+#include "model/IeqPreset.h"
+#include "model/Profile.h"
+#include "model/ProfileEndpoint.h"
 #include "model/Tuning.h"
+#include "store/TableSchema.h"
 
 namespace korvi::test {
 

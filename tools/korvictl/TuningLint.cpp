@@ -5,6 +5,7 @@
 
 #include <android/log.h>
 
+#include "NumberReading.h"
 #include "Quoted.h"
 
 #include "common/IntText.h"
@@ -12,24 +13,33 @@
 #include "model/IeqPreset.h"
 #include "model/Parameter.h"
 #include "model/Port.h"
+#include "tuning/FormatFamily.h"
 #include "tuning/SetterCollection.h"
+#include "tuning/ValueSetter.h"
 
 namespace korvi::ctl {
 
 namespace {
 
-const char* const kCanonicalIeqNames[] = {"off", "detailed", "balanced", "warm"};
-
 std::string nameOf(const xmlNode* node) {
     return node->name != nullptr ? reinterpret_cast<const char*>(node->name) : "";
 }
 
-std::string attr(const xmlNode* node, const char* name) {
-    xmlChar* value = xmlGetProp(node, reinterpret_cast<const xmlChar*>(name));
+std::string attrText(const xmlNode* node, const xmlAttr* a) {
+    xmlChar* value = xmlNodeListGetString(node->doc, a->children, 1);
     if (value == nullptr) return "";
     std::string text(reinterpret_cast<const char*>(value));
     xmlFree(value);
     return text;
+}
+
+// The attributes the element itself carries, as the reader sees them: defaults a DTD would add
+// are not among them.
+std::string attr(const xmlNode* node, const char* name) {
+    for (const xmlAttr* a = node->properties; a != nullptr; a = a->next) {
+        if (xmlStrEqual(a->name, reinterpret_cast<const xmlChar*>(name))) return attrText(node, a);
+    }
+    return "";
 }
 
 std::vector<const xmlNode*> elementChildren(const xmlNode* node) {
@@ -86,15 +96,16 @@ std::string suggestionFor(const std::string& name) {
 TuningLint::TuningLint(xmlDoc* doc, TuningFileParser& reader) : mDoc(doc), mReader(reader) {
     const std::string version =
             reader.getDeviceData() != nullptr ? reader.getDeviceData()->getFormatVersion() : "";
-    mFamily32 = version.compare(0, 4, "3.2.") == 0;
-    mFormat322 = version.compare(0, 5, "3.2.2") == 0;
-    mFormat330 = version.compare(0, 5, "3.3.0") == 0;
+    const FormatFamily family(version);
+    mFamily32 = family.is32();
+    mFormat322 = family.is322();
+    mFormat330 = family.is330();
 }
 
 bool TuningLint::namesPresetsByText() const { return mFamily32 || mFormat330; }
 
 int TuningLint::ieqPresetId(const std::string& text) {
-    if (!namesPresetsByText()) return atoi(text.c_str());
+    if (!namesPresetsByText()) return decimal2Int(text);
     // The reader logs an invalid name; it did so already while reading, and the warning says
     // it again with the line, so this second lookup stays quiet.
     const int priority = __android_log_get_minimum_priority();
@@ -104,6 +115,73 @@ int TuningLint::ieqPresetId(const std::string& text) {
     return id;
 }
 
+void TuningLint::checkNumberText(const xmlNode* node, const std::string& name,
+                                 const std::string& text, const std::string& where,
+                                 NumberKind kind) {
+    if (text.empty()) return;
+    const NumberReading reading = readNumbers(text);
+    const std::string what = name + "=" + quoted(text) + " in " + where;
+    // What the reader keeps: a list stops at the first bad number, a single number is what the
+    // reader's own conversion makes of the text.
+    const std::string kept = kind == NumberKind::kList     ? listText(reading.numbers)
+                             : kind == NumberKind::kSingle ? std::to_string(string2Int(text))
+                                                           : std::to_string(decimal2Int(text));
+    if (!reading.overflow.empty()) {
+        warn(node, "number-overflow",
+             what + ": " + reading.overflow + " does not fit in 32 bits; the service reads " +
+                     kept + (kind == NumberKind::kList ? " and ignores the rest" : ""));
+    } else if (!reading.ignoredRest.empty()) {
+        warn(node, "not-a-number",
+             what + " is not plain decimal; the service reads " + kept + " and ignores " +
+                     quoted(reading.ignoredRest));
+    } else if (reading.emptyItem) {
+        warn(node, "empty-list-item",
+             what + " has an empty list item; the service skips it and reads " +
+                     listText(reading.numbers));
+    }
+}
+
+// Every attribute of a value element and its bands is a number or a list of them, except the
+// regulator's isolated_band, which is a word, and a single value written "true" or "false". Curve bands add their two lists band by band, so
+// both lists must come out equally long, or the effect receives mispaired bands.
+void TuningLint::checkNumbers(const xmlNode* element, const std::string& where, bool withOwn,
+                              NumberKind kind) {
+    std::map<std::string, size_t> listLengths;
+    std::vector<const xmlNode*> pending = {element};
+    while (!pending.empty()) {
+        const xmlNode* node = pending.back();
+        pending.pop_back();
+        const bool band = nameOf(node).compare(0, 5, "band_") == 0;
+        for (const xmlAttr* a = withOwn || node != element ? node->properties : nullptr;
+             a != nullptr; a = a->next) {
+            const std::string name = reinterpret_cast<const char*>(a->name);
+            if (name == "isolated_band") continue;
+            const std::string text = attrText(node, a);
+            // A single value may also be written as a switch.
+            if (name == "value" && (text == "true" || text == "false")) continue;
+            if (text.empty() && node != element) {
+                warn(node, "empty-list-item",
+                     name + "=\"\" in a band of " + where +
+                             " is empty; the service reads no number for this band");
+            }
+            checkNumberText(node, name, text, where, band ? NumberKind::kSingle : kind);
+            if (band) listLengths[name] += readNumbers(text).numbers.size();
+        }
+        for (const xmlNode* child : elementChildren(node)) pending.push_back(child);
+    }
+    const auto frequency = listLengths.find("frequency");
+    if (frequency == listLengths.end()) return;
+    for (const auto& [name, length] : listLengths) {
+        if (length == frequency->second) continue;
+        warn(element, "band-mismatch",
+             (withOwn ? "<" + nameOf(element) + "> in " : std::string()) + where + " has " +
+                     std::to_string(frequency->second) + " frequency values but " +
+                     std::to_string(length) + " " + name +
+                     " values; the service pairs them in order, so bands are mispaired");
+        return;
+    }
+}
+
 void TuningLint::warn(const xmlNode* node, const std::string& kind, const std::string& message) {
     mWarnings.push_back({xmlGetLineNo(node), kind, message});
 }
@@ -111,6 +189,7 @@ void TuningLint::warn(const xmlNode* node, const std::string& kind, const std::s
 std::vector<LintWarning> TuningLint::run() {
     mWarnings.clear();
     mTuningOrder.clear();
+    mProfileOrder.clear();
     mDevices.clear();
     mKeptTunings.clear();
     mIeqPresetIds.clear();
@@ -138,9 +217,18 @@ std::vector<LintWarning> TuningLint::run() {
         }
     }
     checkDevicesHaveTunings();
+    checkProfileIds();
     std::stable_sort(mWarnings.begin(), mWarnings.end(),
                      [](const LintWarning& a, const LintWarning& b) { return a.line < b.line; });
     return mWarnings;
+}
+
+TuningLint::RecordIds TuningLint::recordIds() const {
+    RecordIds ids;
+    for (const auto& [node, id] : mProfileOrder) ids.profileIds.push_back(id);
+    ids.ieqPresetIds = mIeqPresetIds;
+    for (const auto& [key, line] : mGeqIds) ids.geqProfileIds.insert(std::stoi(key));
+    return ids;
 }
 
 void TuningLint::checkIndentation(const xmlNode* node) {
@@ -202,12 +290,19 @@ void TuningLint::checkDescent(const xmlNode* node, int levels, const std::string
 
 void TuningLint::checkPreset(const xmlNode* preset) {
     const std::string type = attr(preset, "type");
-    if (type == "ieq" || type == "geq") checkDescent(preset, 2, "the preset's bands");
+    if (type == "ieq" || type == "geq") {
+        checkDescent(preset, 2, "the preset's bands");
+        checkNumbers(preset, type + " preset " + quoted(attr(preset, "id")), false,
+                     NumberKind::kList);
+    }
     const std::string idText = attr(preset, "id");
+    if (type == "geq" || (type == "ieq" && !namesPresetsByText())) {
+        checkNumberText(preset, "id", idText, "a preset", NumberKind::kClamped);
+    }
     if (type == "ieq") {
         const int id = ieqPresetId(idText);
         const std::string name = namesPresetsByText() && id >= 0 && id < 4
-                                         ? kCanonicalIeqNames[id]
+                                         ? FormatFamily::kIeqPresetNames[id]
                                          : attr(preset, "name");
         if (namesPresetsByText() && id == 0 && idText.find("off") == std::string::npos) {
             warn(preset, "missing-ieq-preset",
@@ -218,7 +313,7 @@ void TuningLint::checkPreset(const xmlNode* preset) {
         checkDuplicate(mIeqIds, preset, std::to_string(id), "IEQ preset id " + std::to_string(id));
         checkDuplicate(mIeqNames, preset, name, "IEQ preset name " + quoted(name));
     } else if (type == "geq") {
-        const int profileId = atoi(idText.c_str());
+        const int profileId = decimal2Int(idText);
         checkDuplicate(mGeqIds, preset, std::to_string(profileId),
                        "GEQ preset for profile " + std::to_string(profileId));
     } else {
@@ -228,8 +323,23 @@ void TuningLint::checkPreset(const xmlNode* preset) {
     }
 }
 
+// The service selects profiles by the ids 0 to n-1 of its n profiles; a profile with another id
+// can never be selected.
+void TuningLint::checkProfileIds() {
+    const long count = static_cast<long>(mProfileOrder.size());
+    for (const auto& [node, id] : mProfileOrder) {
+        if (id >= 0 && id < count) continue;
+        warn(node, "profile-id-range",
+             "profile id " + std::to_string(id) + " is outside 0.." + std::to_string(count - 1) +
+                     " (the file has " + std::to_string(count) +
+                     " profiles); the service can never select this profile");
+    }
+}
+
 void TuningLint::checkProfile(const xmlNode* profile) {
+    checkNumberText(profile, "id", attr(profile, "id"), "a profile", NumberKind::kSingle);
     const int id = string2Int(attr(profile, "id"));
+    mProfileOrder.emplace_back(profile, id);
     const std::string name = attr(profile, "name");
     const std::string text = "profile " + std::to_string(id) + " " + quoted(name);
     checkDuplicate(mProfileIds, profile, std::to_string(id), "profile id " + std::to_string(id));
@@ -326,6 +436,7 @@ void TuningLint::checkEndpoint(const xmlNode* endpoint, const std::string& profi
 void TuningLint::checkInclude(const xmlNode* include, const std::string& where) {
     const bool byName = namesPresetsByText();
     const std::string text = attr(include, byName ? "preset" : "ieq_preset");
+    if (!byName) checkNumberText(include, "ieq_preset", text, where, NumberKind::kClamped);
     const int id = ieqPresetId(text);
     if (byName && id == 0 && text.find("off") == std::string::npos) {
         warn(include, "missing-ieq-preset",
@@ -343,6 +454,15 @@ void TuningLint::checkTuning(const xmlNode* tuning) {
     mTuningOrder.push_back(name);
     const std::string text = "tuning " + quoted(name);
     checkDuplicate(mTuningNames, tuning, name, "tuning name " + quoted(name));
+    const std::string mono = attr(tuning, "mono_device");
+    if (!mono.empty() && mono != "true" && mono != "false") {
+        warn(tuning, "not-a-boolean",
+             text + ": mono_device " + quoted(mono) +
+                     " is neither \"true\" nor \"false\"; the service reads it as not mono");
+    }
+    for (const char* name : {"orientation", "output_channels"}) {
+        checkNumberText(tuning, name, attr(tuning, name), text, NumberKind::kSingle);
+    }
     const std::string endpoint = attr(tuning, "endpoint_type");
     if (endpoint != "speaker" && endpoint != "headphone" && endpoint != "other") {
         warn(tuning, "unknown-endpoint",
@@ -429,6 +549,8 @@ void TuningLint::checkValueElement(const xmlNode* element, const std::string& wh
                      suggestionFor(name));
         return;
     }
+    const bool single = dynamic_cast<const SimpleValueSetter*>(setter) != nullptr;
+    checkNumbers(element, where, true, single ? NumberKind::kSingle : NumberKind::kList);
     // The reader stores a value element in whatever record it stands in; the settings database
     // keeps only the values a record owns, so a value in the wrong section is lost there.
     for (const Parameter p : setter->getParameters()) {

@@ -20,7 +20,9 @@ struct LintWarning {
     long line;
     // A short, stable class name for scripts: "unknown-element", "ignored-element",
     // "duplicate", "dropped-tuning", "dangling-device", "missing-ieq-preset",
-    // "missing-endpoint", "unknown-endpoint", "unknown-port", "not-indented", "misplaced-value".
+    // "missing-endpoint", "unknown-endpoint", "unknown-port", "not-indented", "misplaced-value",
+    // "not-a-number", "number-overflow", "empty-list-item", "band-mismatch",
+    // "profile-id-range", "not-a-boolean".
     std::string kind;
     std::string message;
 };
@@ -37,6 +39,15 @@ public:
     // Tuning names in the order the file writes them (after run()).
     const std::vector<std::string>& tuningOrder() const { return mTuningOrder; }
 
+    // The ids the lint took the file's records to have (after run()), for checking that it reads
+    // them as the reader does: profile ids in file order, IEQ preset ids, GEQ preset profile ids.
+    struct RecordIds {
+        std::vector<int> profileIds;
+        std::set<int> ieqPresetIds;
+        std::set<int> geqProfileIds;
+    };
+    RecordIds recordIds() const;
+
 private:
     // The first element with the same key, for duplicate reports.
     using FirstSeen = std::map<std::string, long>;
@@ -52,6 +63,15 @@ private:
     void checkInclude(const xmlNode* include, const std::string& where);
     void checkTuning(const xmlNode* tuning);
     void checkDevicesHaveTunings();
+    void checkProfileIds();
+    // How the reader converts a text: as a list (string2IntVector), as one number
+    // (string2Int) or as one clamped number (decimal2Int).
+    enum class NumberKind { kList, kSingle, kClamped };
+    // withOwn: the element's own attributes too, not only those of its descendants.
+    void checkNumbers(const xmlNode* element, const std::string& where, bool withOwn,
+                      NumberKind kind);
+    void checkNumberText(const xmlNode* node, const std::string& name, const std::string& text,
+                         const std::string& where, NumberKind kind);
     const char* replacedByReader(const std::string& name) const;
     void checkDataBlock(const xmlNode* data, const std::string& tuningName);
     // owned: the parameters the record of that section admits.
@@ -72,6 +92,7 @@ private:
     std::set<int> mIeqPresetIds;
     FirstSeen mIeqIds, mIeqNames, mGeqIds, mProfileIds, mProfileNames, mTuningNames, mDeviceIds;
     std::vector<std::string> mTuningOrder;
+    std::vector<std::pair<const xmlNode*, int>> mProfileOrder;
     // Every device_id with the name of its tuning, and the tunings that keep their data block.
     std::vector<std::pair<const xmlNode*, std::string>> mDevices;
     std::set<std::string> mKeptTunings;

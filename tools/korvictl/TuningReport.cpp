@@ -9,6 +9,7 @@
 #include "Quoted.h"
 #include "model/Endpoint.h"
 #include "model/Parameter.h"
+#include "tuning/FormatFamily.h"
 
 namespace korvi::ctl {
 
@@ -59,10 +60,7 @@ std::string familyText(const std::string& family) {
 }  // namespace
 
 std::string TuningReport::formatFamily(const std::string& formatVersion) {
-    if (formatVersion.compare(0, 5, "3.2.2") == 0) return "3.2.2";
-    if (formatVersion.compare(0, 4, "3.2.") == 0) return "3.2";
-    if (formatVersion.compare(0, 5, "3.3.0") == 0) return "3.3.0";
-    return "current";
+    return FormatFamily(formatVersion).name();
 }
 
 TuningReport::TuningReport(std::string path, DeviceData& data, int virtualBassType,
@@ -93,16 +91,17 @@ TuningReport::TuningReport(std::string path, DeviceData& data, int virtualBassTy
         return a->getEndpoint() < b->getEndpoint();
     });
     // Endpoints know their profile only by id: with a duplicate id they are shown once, under
-    // the first profile of that id (the duplicate is a warning of its own).
+    // the first profile of that id (the duplicate is a warning of its own). Grouped once, so the
+    // report grows with the file, not with profiles times endpoints.
+    std::map<int, std::vector<ProfileEndpoint*>> endpointsOf;
+    for (ProfileEndpoint* endpoint : endpoints) {
+        endpointsOf[endpoint->getProfileId()].push_back(endpoint);
+    }
     std::set<int> shown;
     for (Profile* profile : profiles) {
         ProfileEntry entry{profile, {}};
         if (shown.insert(profile->getProfileId()).second) {
-            for (ProfileEndpoint* endpoint : endpoints) {
-                if (endpoint->getProfileId() == profile->getProfileId()) {
-                    entry.endpoints.push_back(endpoint);
-                }
-            }
+            entry.endpoints = std::move(endpointsOf[profile->getProfileId()]);
         }
         mProfiles.push_back(std::move(entry));
     }
@@ -126,13 +125,13 @@ void TuningReport::orderTunings(DeviceData& data, const std::vector<std::string>
     std::stable_sort(devices.begin(), devices.end(), [](auto* a, auto* b) {
         return a->getDevice() < b->getDevice();
     });
+    std::map<std::string, std::vector<DeviceTuning*>> devicesOf;
+    for (DeviceTuning* device : devices) devicesOf[device->getTuning()].push_back(device);
     std::set<std::string> named;
     for (Tuning* tuning : tunings) {
         TuningEntry entry{tuning, {}};
         if (named.insert(tuning->getName()).second) {
-            for (DeviceTuning* device : devices) {
-                if (device->getTuning() == tuning->getName()) entry.devices.push_back(device);
-            }
+            entry.devices = std::move(devicesOf[tuning->getName()]);
         }
         mTunings.push_back(std::move(entry));
     }
@@ -142,10 +141,12 @@ void TuningReport::orderTunings(DeviceData& data, const std::vector<std::string>
 }
 
 std::string TuningReport::ieqPresetText(int presetId) const {
-    for (const IeqPreset* preset : mIeqPresets) {
-        if (preset->getPresetId() == presetId) {
-            return std::to_string(presetId) + " " + quoted(preset->getName());
-        }
+    // The presets are sorted by id; the first of an id is the one shown.
+    const auto it = std::lower_bound(
+            mIeqPresets.begin(), mIeqPresets.end(), presetId,
+            [](const IeqPreset* preset, int id) { return preset->getPresetId() < id; });
+    if (it != mIeqPresets.end() && (*it)->getPresetId() == presetId) {
+        return std::to_string(presetId) + " " + quoted((*it)->getName());
     }
     return std::to_string(presetId) + " (no such preset in this file)";
 }

@@ -16,6 +16,7 @@
 #include "Command.h"
 #include "TuningReport.h"
 #include "TuningLint.h"
+#include "tuning/TagIterator.h"
 #include "tuning/TuningFileParser.h"
 
 namespace korvi::ctl {
@@ -124,10 +125,22 @@ bool parseOptions(const std::vector<std::string>& args, InspectOptions& options,
     return true;
 }
 
+bool declaresEntities(xmlDoc* doc) {
+    const xmlDtd* dtd = doc->intSubset;
+    return dtd != nullptr && (dtd->entities != nullptr || dtd->pentities != nullptr);
+}
+
 std::string checkReadable(const std::string& path) {
     struct stat st {};
     if (stat(path.c_str(), &st) != 0) return strerror(errno);
     if (S_ISDIR(st.st_mode)) return "is a directory";
+    // The file is read more than once (the document for the warnings, the service's reader): a
+    // pipe would be empty the second time. Save its output to a file first.
+    if (!S_ISREG(st.st_mode)) return "not a regular file (save a pipe's output to a file first)";
+    if (st.st_size > TagIterator::kMaxFileBytes) {
+        return "larger than the " + std::to_string(TagIterator::kMaxFileBytes) +
+               " bytes a tuning file may have";
+    }
     FILE* f = fopen(path.c_str(), "rb");
     if (f == nullptr) return strerror(errno);
     fclose(f);
@@ -151,15 +164,16 @@ int runInspect(const std::vector<std::string>& args) {
     const std::string unreadable = checkReadable(options.path);
     if (!unreadable.empty()) return fileError(options.path, "cannot read: " + unreadable);
 
-    // Declared before the document: the parser cleans up the XML library when it goes, so it
-    // must go last.
     TuningFileParser reader;
     XmlDocPtr doc = readDocument(options.path, error);
     if (!doc) return fileError(options.path, error);
     const int result = reader.setTuningFile(options.path);
     if (result != 0 || reader.getDeviceData() == nullptr) {
-        return fileError(options.path,
-                         "the service cannot read this file (result " + std::to_string(result) + ")");
+        const std::string why = declaresEntities(doc.get())
+                                        ? ": it declares entities, which a tuning file never needs"
+                                        : "";
+        return fileError(options.path, "the service cannot read this file (result " +
+                                               std::to_string(result) + ")" + why);
     }
 
     // The service settles disabled IEQs before it stores anything; show what it stores.
