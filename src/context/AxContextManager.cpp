@@ -19,6 +19,7 @@
 #include "context/AxContextChangeObservable.h"
 #include "model/Port.h"
 #include "store/DatabaseHelper.h"
+#include "store/DatabaseState.h"
 #include "store/Provider.h"
 #include "tuning/DeviceData.h"
 #include "tuning/TuningFileParser.h"
@@ -153,6 +154,16 @@ void AxContextManager::init() {
         return;
     }
     mProvider = std::make_unique<Provider>(std::make_unique<DatabaseHelper>(kDatabaseName));
+    // A locked or unusable database is not an empty one: reading it as "no signature, no rows"
+    // would rebuild over the user's settings or fail at every boot. A corrupt file has been moved
+    // aside; its empty replacement has no signature, so the rebuild below refills it.
+    const DatabaseState state = mProvider->checkDatabase();
+    if (state == DatabaseState::kLocked || state == DatabaseState::kUnavailable) {
+        ALOGE("Settings database is %s: the service starts without a context",
+              databaseStateName(state));
+        mProvider.reset();
+        return;
+    }
     initDatabase(mProvider.get(), xmlPath);
     // The parser's records are in the database (or were not wanted): start-up no longer needs it.
     mParser.reset();
