@@ -43,7 +43,7 @@ test-tsan: deps
 # The builds integrators use: the device recipe (formatted, complete, built on this machine by
 # mini-soong), the interface package (hidl-gen) and the CMake package (installed and embedded).
 check-builds: build
-	@scripts/check-device-build.sh
+	@scripts/check-device-build.sh $(BUILD)
 	@scripts/check-interfaces.sh
 	@scripts/check-cmake-package.sh $(BUILD)
 

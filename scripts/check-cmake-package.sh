@@ -45,7 +45,7 @@ grep -q '^profile 0 ' "$work/expected" || fail "korvictl reported no profile for
 consume() {
   local how=$1; shift
   local dir=$work/consumer-$how
-  cmake -S tests/package/consumer -B "$dir" -DCMAKE_BUILD_TYPE=Release -DKORVI_USE="$how" \
+  cmake -S tests/package/consumer -B "$dir" -DKORVI_USE="$how" \
       "${launcher[@]}" "$@" >"$dir.configure.log" 2>&1 \
       || { cat "$dir.configure.log" >&2; fail "configuring the consumer ($how) failed"; }
   cmake --build "$dir" -j "$jobs" >"$dir.build.log" 2>&1 \

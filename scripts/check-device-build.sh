@@ -5,10 +5,14 @@
 #     (scripts/check_device_recipe.py);
 #  3. mini-soong turns Android.bp, with the host recipes of the stand-ins (platform/*/host.bp),
 #     into a Makefile that builds libkrvaxservice on this machine from the device recipe alone,
-#     linked with no undefined symbol against the stand-ins and Debian's Android host libraries.
+#     linked with no undefined symbol against the stand-ins and Debian's Android host libraries;
+#  4. given the CMake build directory, the sources of the device test program, built there, link
+#     into one program whose tests all pass together, as they must on a device.
+# Usage: scripts/check-device-build.sh [BUILD_DIR]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 root=$PWD
+build=${1:-}
 
 fail() { echo "check-device-build: $*" >&2; exit 1; }
 
@@ -88,3 +92,19 @@ make -C "$work" libkrvaxservice.so \
 [ -f "$work/libkrvaxservice.so" ] || fail "the host build of Android.bp made no libkrvaxservice.so"
 needed=$(readelf -d "$work/libkrvaxservice.so" | sed -n 's/.*Shared library: \[\(.*\)\]/\1/p' | tr '\n' ' ')
 echo "check-device-build: libkrvaxservice built from Android.bp (links $needed)"
+
+[ -n "$build" ] || exit 0
+objects=()
+while read -r src; do
+  dir=$(basename "$(dirname "$src")")
+  obj=$(find "$build/tests/CMakeFiles" -path "*/$dir/$(basename "$src").o" | head -1)
+  [ -n "$obj" ] || fail "$src is not built in $build (make build first)"
+  objects+=("$obj")
+done < <(/usr/bin/python3 scripts/check_device_recipe.py --test-sources)
+g++ -o "$work/libkrvaxservice_test" "${objects[@]}" -L"$build" -lkrvaxservice \
+    -lgmock -lgtest_main -lgtest -L"$android_libs" -llog -lutils -lbase -lcutils \
+    -lxml2 -lsqlite3 -lcrypto -pthread -Wl,-rpath,"$root/$build:$android_libs" \
+    || fail "the device test program's sources do not link into one program"
+(cd "$work" && ./libkrvaxservice_test --gtest_brief=1 >test.log 2>&1) \
+    || { tail -40 "$work/test.log" >&2; fail "the device test program fails"; }
+echo "check-device-build: device test program: ${#objects[@]} sources, $(sed -n 's/.*PASSED.* \([0-9]*\) tests\?\./\1/p' "$work/test.log") tests pass in one process"

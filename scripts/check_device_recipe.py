@@ -9,6 +9,7 @@
   patterns of stand-ins the tree does not have yet;
 - the library links the platform libraries its sources use, by their device module names.
 Prints one line per problem and exits 1 if there is any. Run from the repository root.
+With --test-sources it prints the sources of the device test program instead, one a line.
 """
 import re
 import sys
@@ -64,6 +65,10 @@ def require(what, expected, actual):
 
 def main():
     bp = modules("Android.bp")
+    if sys.argv[1:] == ["--test-sources"]:
+        srcs = sources(bp["libkrvaxservice_test"])
+        print("\n".join(sorted(srcs)))
+        return report()
     for name in ("libkrvaxservice", "korvictl", "libkrvaxservice_test"):
         if name not in bp:
             problems.append(f"Android.bp has no module {name}")
