@@ -57,6 +57,7 @@ work = Path(sys.argv[1])
 host = set()
 for recipe in work.glob("platform/*/host.bp"):
     host |= {m.arguments["name"] for m in soong.parseString(recipe.read_text())}
+(work / "stand-ins").write_text("".join(f"{name}.so\n" for name in sorted(host)))
 lib = {m.arguments["name"]: m.arguments for m in soong.parseString((work / "Android.bp").read_text())
        if "name" in m.arguments}["libkrvaxservice"]
 multiarch = sorted(Path("/usr/lib").glob("*-linux-gnu"))[0]
@@ -83,8 +84,10 @@ for m in soong.parseString(open("Android.bp").read()):
 (cd "$work" && mini-soong '**/*.bp' Makefile 2>mini-soong.log) \
     || { cat "$work/mini-soong.log" >&2; fail "mini-soong could not read the recipes"; }
 android_libs=$(dirname "$(find /usr/lib -path '*/android/libutils.so' | head -1)")
-# The stand-ins and shims of the build directory (-L.) come before Debian's libraries of the same names.
-make -C "$work" libkrvaxservice.so \
+# The stand-ins are built first, and they and the shims of the build directory (-L.) come before
+# Debian's libraries of the same names (Debian's libcutils lacks the property functions).
+mapfile -t standins <"$work/stand-ins"
+make -C "$work" "${standins[@]}" libkrvaxservice.so \
     CPPFLAGS="-isystem /usr/include/android $(xml2-config --cflags 2>/dev/null || echo -I/usr/include/libxml2)" \
     CFLAGS="-O0 -fPIC -Werror" CXXFLAGS="-std=$cpp_std" \
     LDFLAGS="-L. -L$android_libs -Wl,-z,defs -Wl,-rpath,$android_libs" \
