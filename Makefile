@@ -12,7 +12,7 @@ TSAN_TARGETS ?= test_sfxparamstorage test_context test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 
-.PHONY: all deps build run test test-asan test-tsan bench fuzz fuzz-run clean
+.PHONY: all deps build run test test-asan test-tsan check-builds bench fuzz fuzz-run clean
 
 all: build
 
@@ -41,6 +41,13 @@ test-tsan: deps
 	    -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ >/dev/null
 	@cmake --build $(TSAN_BUILD) -j $(JOBS) --target $(TSAN_TARGETS)
 	@cd $(TSAN_BUILD) && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R "$(TSAN_TESTS)"
+
+# The builds integrators use: the device recipe (formatted, complete, built on this machine by
+# mini-soong), the interface package (hidl-gen) and the CMake package (installed and embedded).
+check-builds: build
+	@scripts/check-device-build.sh $(BUILD)
+	@scripts/check-interfaces.sh
+	@scripts/check-cmake-package.sh $(BUILD)
 
 bench: build
 	@for b in $(BUILD)/bench/*; do [ -x "$$b" ] && [ -f "$$b" ] && "$$b"; done

@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Installs what the build, the tests, the benchmarks and the fuzzers need. Idempotent: it asks
-# apt only for packages that are missing, and refreshes the package lists at most once.
+# Installs what the build, the tests, the benchmarks, the fuzzers and the checks of the device
+# recipe and the interface package need. Idempotent: it asks apt only for packages that are
+# missing, and refreshes the package lists at most once.
 set -euo pipefail
 
 packages=(
@@ -8,6 +9,7 @@ packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   android-libutils-dev android-liblog-dev android-libbase-dev android-libcutils-dev
   clang libclang-rt-dev
+  blueprint-tools hidl-gen mini-soong dpkg-dev
 )
 
 missing=()

@@ -6,6 +6,7 @@
 // SfxParamStore::releaseStoredParams, or delete each cache).
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <vector>
