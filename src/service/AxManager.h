@@ -81,11 +81,12 @@ public:
     bool isSpeakerPortraitMode();
     bool isMonoInternalSpeaker();
 
-    // Saving and reloading.
-    void saveAxStateAndSettings();
-    void saveAxState();
-    void saveAxProfile();
-    void saveAxProfileSettings();
+    // Saving and reloading. The saves answer the context's result: 0 when everything reached
+    // the database, non-zero otherwise.
+    int saveAxStateAndSettings();
+    int saveAxState();
+    int saveAxProfile();
+    int saveAxProfileSettings();
     void restoreCurrentProfiles();
     static int reloadTuningXml();
     static std::string getDefaultXmlFormatVersion();
@@ -100,6 +101,8 @@ private:
     std::unique_ptr<SfxEffect> mEffect;
     std::atomic<bool> mSuspended{false};
     int mSessionId = 0;
+    // Whether init registered the controller with the context (it must leave before it dies).
+    bool mRegistered = false;
 };
 
 }  // namespace korvi
