@@ -10,6 +10,7 @@
 // Log tag: "AxContext".
 #pragma once
 
+#include <atomic>
 #include <map>
 #include <memory>
 #include <set>
@@ -126,6 +127,10 @@ public:
 private:
     // Fatal for an id without a context. Caller holds the lock (or runs before clients can).
     ProfileContext* findContext(int id) const;
+    // The selected profile's context; fatal when no profile is selected.
+    ProfileContext* selectedContext() const;
+    int selectedIdLocked() const;
+    std::vector<int>& noValues();
     // The shared step of every value setter; true when the stored value changed.
     static bool setValue(ParameterValues& record, Parameter parameter,
                          const std::vector<int>& values);
@@ -134,6 +139,8 @@ private:
     Tuning* tuningForQuery(Port port, const char* caller) const;
     void setIeqPresetSelection(int id, Endpoint endpoint, const std::vector<int>& values);
     int saveProfilesLocked();
+    // Reloads every profile and selects the stored one; returns nothing to announce.
+    void loadProfilesLocked();
 
     Provider* mProvider;
     AxContextChangeObservable* mObservable;
@@ -144,7 +151,8 @@ private:
     std::map<Port, std::string> mSelectedTuningDevice;
     std::map<Port, Tuning*> mTunings;
     bool mSfxOn = false;
-    ProfileContext* mSelectedContext = nullptr;
+    // Atomic because isSelected reads it without the lock.
+    std::atomic<ProfileContext*> mSelectedContext{nullptr};
     // What a query answers for a port without a tuning: an empty list, emptied on every use.
     std::vector<int> mNoValues;
     android::Mutex mLock;

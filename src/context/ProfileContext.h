@@ -37,7 +37,8 @@ public:
 
     // Loads the working records; the factory records only at the first load.
     void load();
-    void save();
+    // 0 when every record reached the database.
+    int save();
     // Puts the working profile, endpoints and GEQ preset back to the factory values.
     void reset();
     // Puts only the working GEQ preset back to the factory values.
