@@ -63,6 +63,7 @@ TEST_F(ParameterAdapterTest, EachIdClampsAndWritesItsOwnLevel) {
     clampedGains[0] = -576;
     clampedGains[1] = 576;
 
+    // Both ends of every range, each from a value the records do not hold yet.
     const IdCase cases[] = {
         // The virtualizer switches take their values unclamped, each on its own endpoint.
         {101, kHeadphoneOnly, VIRTUALIZER_ENABLE, 1, {5}, {5}},
@@ -73,17 +74,25 @@ TEST_F(ParameterAdapterTest, EachIdClampsAndWritesItsOwnLevel) {
         {105, kAllEndpoints, DIALOG_ENHANCER_ENABLE, 1, {-2}, {0}},
         {105, kAllEndpoints, DIALOG_ENHANCER_ENABLE, 1, {2}, {1}},
         {106, kAllEndpoints, GRAPHIC_EQUALIZER_ENABLE, 1, {9}, {1}},
+        {106, kAllEndpoints, GRAPHIC_EQUALIZER_ENABLE, 1, {-9}, {0}},
         {107, kAllEndpoints, IEQ_AMOUNT, 1, {17}, {16}},
+        {107, kAllEndpoints, IEQ_AMOUNT, 1, {-1}, {0}},
         {108, kAllEndpoints, DIALOG_ENHANCER_AMOUNT, 1, {-1}, {0}},
+        {108, kAllEndpoints, DIALOG_ENHANCER_AMOUNT, 1, {17}, {16}},
         {109, kAllEndpoints, DIALOG_ENHANCER_DUCKING, 1, {99}, {16}},
+        {109, kAllEndpoints, DIALOG_ENHANCER_DUCKING, 1, {-99}, {0}},
         {110, kGeq, GEQ_GAIN, 20, gains, clampedGains},
         {111, kAllEndpoints, BASS_ENHANCER_ENABLE, 1, {3}, {1}},
+        {111, kAllEndpoints, BASS_ENHANCER_ENABLE, 1, {-3}, {0}},
         // Set on every endpoint, but the context keeps virtual bass to the speaker.
         {112, kSpeakerOnly, VIRTUAL_BASS_ENABLE, 1, {-4}, {0}},
+        {112, kSpeakerOnly, VIRTUAL_BASS_ENABLE, 1, {4}, {1}},
         {113, kAllEndpoints, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, 1, {100}, {64}},
         {113, kAllEndpoints, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, 1, {0}, {4}},
         {114, kProfile, REVERB_SUPPRESSION_ENABLE, 1, {2}, {1}},
+        {114, kProfile, REVERB_SUPPRESSION_ENABLE, 1, {-2}, {0}},
         {115, kProfile, REVERB_SUPPRESSION_AMOUNT, 1, {10}, {9}},
+        {115, kProfile, REVERB_SUPPRESSION_AMOUNT, 1, {-10}, {0}},
         {116, kAllEndpoints, VOLUME_LEVELER_AMOUNT, 1, {11}, {10}},
         {116, kAllEndpoints, VOLUME_LEVELER_AMOUNT, 1, {-2}, {0}},
     };
