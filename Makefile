@@ -50,12 +50,17 @@ fuzz: deps
 
 # Runs each fuzzer for FUZZ_SECONDS, seeded with the bundled files; new inputs stay in $(FUZZ_BUILD).
 fuzz-run: fuzz
-	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_reader $(FUZZ_BUILD)/corpus/blob_parser
+	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_reader $(FUZZ_BUILD)/corpus/blob_parser \
+	    $(FUZZ_BUILD)/corpus/request_decoder $(FUZZ_BUILD)/corpus/query_encoder
 	$(FUZZ_BUILD)/fuzz/fuzz_tuning_reader -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
 	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/tuning_reader fuzz/corpus/tuning_reader \
 	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
 	$(FUZZ_BUILD)/fuzz/fuzz_blob_parser -max_total_time=$(FUZZ_SECONDS) \
 	    $(FUZZ_BUILD)/corpus/blob_parser fuzz/corpus/blob_parser
+	$(FUZZ_BUILD)/fuzz/fuzz_request_decoder -max_total_time=$(FUZZ_SECONDS) -max_len=256 \
+	    $(FUZZ_BUILD)/corpus/request_decoder fuzz/corpus/request_decoder
+	$(FUZZ_BUILD)/fuzz/fuzz_query_encoder -max_total_time=$(FUZZ_SECONDS) -max_len=64 \
+	    $(FUZZ_BUILD)/corpus/query_encoder fuzz/corpus/query_encoder
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)
