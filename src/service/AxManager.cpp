@@ -315,7 +315,9 @@ int AxManager::getVolumeLevelerAount(Port port) {
 }
 
 bool AxManager::isSpeakerPortraitMode() {
-    return firstValue(mContext->getSelectedTuningParameter(PORT_INTERNAL_SPEAKER, ORIENTATION)) == 0;
+    const std::vector<int>& orientation =
+            mContext->getSelectedTuningParameter(PORT_INTERNAL_SPEAKER, ORIENTATION);
+    return firstValue(orientation) == 0;
 }
 
 bool AxManager::isMonoInternalSpeaker() {

@@ -4,7 +4,6 @@
 // effect handle checked in the shared parameter store.
 
 #include <gtest/gtest.h>
-
 #include <sfxparamstorage/SfxParamStore.h>
 
 #include <map>
@@ -98,17 +97,17 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
     };
     const std::vector<std::string> endpoints{"speaker", "headphone", "other"};
     const std::tuple<int, Parameter, std::vector<std::string>, int, int> ranges[] = {
-        {103, VOLUME_LEVELER_ENABLE, endpoints, 0, 1},
-        {105, DIALOG_ENHANCER_ENABLE, endpoints, 0, 1},
-        {106, GRAPHIC_EQUALIZER_ENABLE, endpoints, 0, 1},
-        {107, IEQ_AMOUNT, endpoints, 0, 16},
-        {108, DIALOG_ENHANCER_AMOUNT, endpoints, 0, 16},
-        {109, DIALOG_ENHANCER_DUCKING, endpoints, 0, 16},
-        {112, VIRTUAL_BASS_ENABLE, {"speaker"}, 0, 1},  // the context keeps it to the speaker
-        {113, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, endpoints, 4, 64},
-        {114, REVERB_SUPPRESSION_ENABLE, {"profile"}, 0, 1},
-        {115, REVERB_SUPPRESSION_AMOUNT, {"profile"}, 0, 9},
-        {116, VOLUME_LEVELER_AMOUNT, endpoints, 0, 10},
+            {103, VOLUME_LEVELER_ENABLE, endpoints, 0, 1},
+            {105, DIALOG_ENHANCER_ENABLE, endpoints, 0, 1},
+            {106, GRAPHIC_EQUALIZER_ENABLE, endpoints, 0, 1},
+            {107, IEQ_AMOUNT, endpoints, 0, 16},
+            {108, DIALOG_ENHANCER_AMOUNT, endpoints, 0, 16},
+            {109, DIALOG_ENHANCER_DUCKING, endpoints, 0, 16},
+            {112, VIRTUAL_BASS_ENABLE, {"speaker"}, 0, 1},  // the context keeps it to the speaker
+            {113, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, endpoints, 4, 64},
+            {114, REVERB_SUPPRESSION_ENABLE, {"profile"}, 0, 1},
+            {115, REVERB_SUPPRESSION_AMOUNT, {"profile"}, 0, 9},
+            {116, VOLUME_LEVELER_AMOUNT, endpoints, 0, 10},
     };
     for (const auto& [id, parameter, written, min, max] : ranges) {
         EXPECT_EQ(mManager->getParamLength(id), 1);
@@ -129,7 +128,8 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
     check(110, GEQ_GAIN, {"geq"}, gains, clamped);
 
     // The bass-enhancer switch drags virtual bass along, not the other way round.
-    for (auto [id, value, bass, virtualBass] : {std::tuple{111, 3, 1, 1}, {111, -3, 0, 0}, {112, 1, 0, 1}}) {
+    for (auto [id, value, bass, virtualBass] :
+         {std::tuple{111, 3, 1, 1}, {111, -3, 0, 0}, {112, 1, 0, 1}}) {
         Values values{value};
         EXPECT_TRUE(mManager->setParameter(1, id, values));
         EXPECT_EQ(mManager->getParameter(1, 111), Values{bass});
@@ -185,7 +185,8 @@ TEST_F(AxManagerTest, InvalidInputAndUnknownIds) {
 
 TEST_F(AxManagerTest, PortsSelectTheirEndpoint) {
     AxContext* context = start();
-    const char* endpointOf[] = {"speaker", "other", "other", "headphone", "headphone", "headphone", "other"};
+    const char* endpointOf[] = {"speaker",   "other",     "other", "headphone",
+                                "headphone", "headphone", "other"};
     for (int port = 0; port <= 6; ++port) {
         SCOPED_TRACE(port);
         std::map<std::string, Values> expected = levels(context, IEQ_AMOUNT);
@@ -196,7 +197,8 @@ TEST_F(AxManagerTest, PortsSelectTheirEndpoint) {
         EXPECT_EQ(mManager->getProfilePortParameter(1, port, 107), amount);
     }
     // Profile-level, GEQ and virtualizer ids have no per-endpoint values.
-    for (auto [id, parameter] : {std::pair{114, REVERB_SUPPRESSION_ENABLE}, {110, GEQ_GAIN}, {101, VIRTUALIZER_ENABLE}}) {
+    for (auto [id, parameter] :
+         {std::pair{114, REVERB_SUPPRESSION_ENABLE}, {110, GEQ_GAIN}, {101, VIRTUALIZER_ENABLE}}) {
         const std::map<std::string, Values> unchanged = levels(context, parameter);
         Values values(20, 1);
         EXPECT_TRUE(mManager->setProfilePortParameter(1, PORT_HEADPHONE, id, values));
@@ -260,7 +262,8 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
     EXPECT_EQ(mManager->getProfileNameLen(4), 5);
     for (int id : {-1, 5}) {
         EXPECT_EQ(mManager->getProfileName(id), "");
-        EXPECT_FALSE(mManager->setSelectedProfile(id) || mManager->resetProfile(id) || mManager->isProfileModified(id));
+        EXPECT_FALSE(mManager->setSelectedProfile(id) || mManager->resetProfile(id) ||
+                     mManager->isProfileModified(id));
     }
     EXPECT_EQ(logs.linesWithTag("AxManager").size(), 2u);
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "AxManager", "Invalid Profile Id!"));
@@ -275,8 +278,9 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
     EXPECT_FALSE(mManager->isProfileModified(3));
 
     const std::vector<std::string> names = mManager->getAvailableTuningDevices(PORT_HEADPHONE);
-    EXPECT_EQ(std::set<std::string>(names.begin(), names.end()),
-              (std::set<std::string>{"default_headphone", "korvi_earbuds_e2", "studio_monitor_hp3"}));
+    EXPECT_EQ(
+            std::set<std::string>(names.begin(), names.end()),
+            (std::set<std::string>{"default_headphone", "korvi_earbuds_e2", "studio_monitor_hp3"}));
     EXPECT_EQ(mManager->getAvailableTuningDevicesLen(PORT_HEADPHONE), 18 + 17 + 19);
     EXPECT_FALSE(mManager->setSelectedTuning(PORT_HEADPHONE, "soundwave_bt500"));
     EXPECT_TRUE(mManager->setSelectedTuning(PORT_HEADPHONE, "studio_monitor_hp3"));
@@ -286,7 +290,8 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
                            mManager->getTuningParamDHSA(PORT_INTERNAL_SPEAKER),
                            mManager->getTuningParamDFSA(PORT_INTERNAL_SPEAKER),
                            mManager->getTuningParamDSA(PORT_HEADPHONE)};
-    EXPECT_EQ(std::vector<int>(std::begin(speaker), std::end(speaker)), (std::vector<int>{30, 20, 10, 15}));
+    EXPECT_EQ(std::vector<int>(std::begin(speaker), std::end(speaker)),
+              (std::vector<int>{30, 20, 10, 15}));
     EXPECT_TRUE(mManager->isMonoInternalSpeaker());
     EXPECT_FALSE(mManager->isSpeakerPortraitMode());
     Values seven{7}, three{3};
@@ -298,8 +303,9 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
 
 TEST_F(AxManagerTest, SavesWriteTheirAspectAndReloads) {
     start();
-    const std::string leveler = "SELECT volume_leveler_amount FROM profile_endpoints WHERE "
-                                "custom_name='custom' AND profile_id=1 AND endpoint='speaker'";
+    const std::string leveler =
+            "SELECT volume_leveler_amount FROM profile_endpoints WHERE "
+            "custom_name='custom' AND profile_id=1 AND endpoint='speaker'";
     const std::string selected = "SELECT value FROM configuration WHERE key='Profile'";
     const std::string before = dbValue(leveler);
     Values nine{9};
@@ -308,7 +314,8 @@ TEST_F(AxManagerTest, SavesWriteTheirAspectAndReloads) {
     mManager->setAxOn(true);
     EXPECT_EQ(mManager->saveAxProfile(), 0);
     EXPECT_EQ(mManager->saveAxState(), 0);
-    EXPECT_EQ(dbValue(selected) + dbValue("SELECT value FROM configuration WHERE key='State'"), "2true");
+    EXPECT_EQ(dbValue(selected) + dbValue("SELECT value FROM configuration WHERE key='State'"),
+              "2true");
     EXPECT_EQ(dbValue(leveler), before);
     EXPECT_EQ(mManager->saveAxProfileSettings(), 0);
     EXPECT_EQ(dbValue(leveler), "9");
@@ -326,7 +333,8 @@ TEST_F(AxManagerTest, SavesWriteTheirAspectAndReloads) {
 
     LogCapture logs;
     EXPECT_EQ(AxManager::reloadTuningXml(), -2);  // no OEM file yet
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, "AxManager", "Tell AxContextManager to reload tuning XML."));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, "AxManager",
+                              "Tell AxContextManager to reload tuning XML."));
     mRoot.copyFromData("data/vendor/korvi/wem-extra.xml");
     EXPECT_EQ(AxManager::reloadTuningXml(), 0);
     const std::vector<std::string> names = mManager->getAvailableTuningDevices(PORT_BLUETOOTH);
