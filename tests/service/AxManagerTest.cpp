@@ -131,9 +131,9 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
     for (auto [id, value, bass, virtualBass] :
          {std::tuple{111, 3, 1, 1}, {111, -3, 0, 0}, {112, 1, 0, 1}}) {
         Values values{value};
-        EXPECT_TRUE(mManager->setParameter(1, id, values));
-        EXPECT_EQ(mManager->getParameter(1, 111), Values{bass});
-        EXPECT_EQ(mManager->getParameter(1, 112), Values{virtualBass});
+        EXPECT_TRUE(mManager->setParameter(0, id, values));
+        EXPECT_EQ(mManager->getParameter(0, 111), Values{bass});
+        EXPECT_EQ(mManager->getParameter(0, 112), Values{virtualBass});
     }
 }
 
@@ -230,6 +230,7 @@ TEST_F(AxManagerTest, EffectHandleAndSuspension) {
     EXPECT_TRUE(mManager->recreateAxEffect());
     EXPECT_EQ(storeVersion(), 2);  // the new handle got a full send
     mManager->createSfxEffect(-5);
+    EXPECT_EQ(storeVersion(), 3);  // and so does a handle made for a new session
     logs.clear();
     EXPECT_TRUE(mManager->recreateAxEffect());  // the negative session is kept and reported again
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "AxManager",
@@ -258,7 +259,7 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
     start({{R"(name="internal_speaker" endpoint_type="speaker" mono_device="false" orientation="0")",
             R"(name="internal_speaker" endpoint_type="speaker" mono_device="true" orientation="1")"}});
     LogCapture logs;
-    EXPECT_EQ(mManager->getProfileName(4), "Game");
+    EXPECT_EQ(mManager->getProfileName(0), "Dynamic");
     EXPECT_EQ(mManager->getProfileNameLen(4), 5);
     for (int id : {-1, 5}) {
         EXPECT_EQ(mManager->getProfileName(id), "");
@@ -267,6 +268,11 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
     }
     EXPECT_EQ(logs.linesWithTag("AxManager").size(), 2u);
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "AxManager", "Invalid Profile Id!"));
+    Values seven{7}, three{3};
+    mManager->setProfilePortParameter(0, PORT_INTERNAL_SPEAKER, 116, seven);
+    mManager->setProfilePortParameter(0, PORT_HEADPHONE, 116, three);
+    EXPECT_EQ(mManager->getVolumeLevelerAount(PORT_INTERNAL_SPEAKER), 7);
+    EXPECT_EQ(mManager->getVolumeLevelerAount(PORT_USB), 3);
     EXPECT_TRUE(mManager->isMobilityProfileSelected());
     EXPECT_TRUE(mManager->setSelectedProfile(4));
     EXPECT_EQ(mManager->getSelectedProfile(), 4);
@@ -294,11 +300,6 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
               (std::vector<int>{30, 20, 10, 15}));
     EXPECT_TRUE(mManager->isMonoInternalSpeaker());
     EXPECT_FALSE(mManager->isSpeakerPortraitMode());
-    Values seven{7}, three{3};
-    mManager->setProfilePortParameter(4, PORT_INTERNAL_SPEAKER, 116, seven);
-    mManager->setProfilePortParameter(4, PORT_HEADPHONE, 116, three);
-    EXPECT_EQ(mManager->getVolumeLevelerAount(PORT_INTERNAL_SPEAKER), 7);
-    EXPECT_EQ(mManager->getVolumeLevelerAount(PORT_USB), 3);
 }
 
 TEST_F(AxManagerTest, SavesWriteTheirAspectAndReloads) {
