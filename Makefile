@@ -4,9 +4,10 @@ BUILD ?= build
 ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
-# The thread-safety tests: the shared store's concurrent commit/read test by default.
+# The thread-safety tests: the shared store's concurrent commit/read test, the service context's
+# changes against concurrent getters and the service's client-thread stress test.
 TSAN_TESTS ?= Concurrency
-TSAN_TARGETS ?= test_sfxparamstorage
+TSAN_TARGETS ?= test_sfxparamstorage test_context test_service
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 

@@ -156,10 +156,16 @@ void AxContextManager::init() {
     initDatabase(mProvider.get(), xmlPath);
     // The parser's records are in the database (or were not wanted): start-up no longer needs it.
     mParser.reset();
-    if (!mProvider->init()) return;
-    mObservable = std::make_unique<AxContextChangeObservable>();
-    mContext = std::make_unique<AxContext>(mProvider.get(), mObservable.get());
-    mContext->load();
+    // The load reads hundreds of rows one query at a time; inside one read transaction the
+    // database is locked (and checked for a journal) once instead of once per query.
+    DatabaseHelper* helper = mProvider->getDatabaseHelper();
+    const bool reading = helper->execSQL("BEGIN") == 0;
+    if (mProvider->init()) {
+        mObservable = std::make_unique<AxContextChangeObservable>();
+        mContext = std::make_unique<AxContext>(mProvider.get(), mObservable.get());
+        mContext->load();
+    }
+    if (reading) helper->execSQL("COMMIT");
 }
 
 void AxContextManager::initDatabase(Provider* provider, const std::string& xmlPath) {
@@ -272,11 +278,11 @@ int AxContextManager::loadOemTuningLocked(bool insideRebuild) {
     factoryParser->setTuningFile(factoryXmlPath());
     std::set<std::string> factoryTunings;
     std::set<std::string> factoryDevices;
-    for (Tuning* tuning : factoryParser->getDeviceData()->getTunings()) {
-        factoryTunings.insert(tuning->getName());
-    }
-    for (DeviceTuning* device : factoryParser->getDeviceData()->getDeviceTunings()) {
-        factoryDevices.insert(device->getDevice());
+    if (DeviceData* factory = factoryParser->getDeviceData()) {
+        for (Tuning* tuning : factory->getTunings()) factoryTunings.insert(tuning->getName());
+        for (DeviceTuning* device : factory->getDeviceTunings()) {
+            factoryDevices.insert(device->getDevice());
+        }
     }
 
     if (!insideRebuild && mProvider->beginTransaction() != 0) {

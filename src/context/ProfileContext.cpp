@@ -31,10 +31,27 @@ ProfileEndpoint* findEndpoint(const std::set<ProfileEndpoint*>& endpoints, Endpo
 
 }  // namespace
 
+namespace {
+
+template <typename Record>
+std::unique_ptr<Record> copyOf(const Record* record) {
+    return record != nullptr ? std::make_unique<Record>(*record) : nullptr;
+}
+
+}  // namespace
+
+// Loaded in this order: profile, endpoints, GEQ preset.
 ProfileContext::Defaults::Defaults(Provider* provider, int id)
-    : mProfile(provider->loadDefaultProfile(id)),
-      mProfileEndpoints(provider->loadDefaultProfileEndpoints(id)),
-      mGeqPreset(provider->loadDefaultGeqPreset(id)) {}
+    : mProfileCopy(copyOf(provider->loadDefaultProfile(id))) {
+    mProfile = mProfileCopy.get();
+    for (const ProfileEndpoint* endpoint : provider->loadDefaultProfileEndpoints(id)) {
+        if (endpoint == nullptr) continue;
+        mEndpointCopies.push_back(copyOf(endpoint));
+        mProfileEndpoints.insert(mEndpointCopies.back().get());
+    }
+    mGeqCopy = copyOf(provider->loadDefaultGeqPreset(id));
+    mGeqPreset = mGeqCopy.get();
+}
 
 ProfileContext::ProfileContext(Provider* provider, int id) : mProvider(provider), mId(id) {}
 

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <set>
+#include <vector>
 
 #include "model/Endpoint.h"
 #include "model/GeqPreset.h"
@@ -19,12 +20,18 @@ class Provider;
 
 class ProfileContext {
 public:
-    // The factory records of a profile, loaded once.
+    // The factory records of a profile as they were at the first load. They are copies: the
+    // provider refreshes its cached records in place, and the defaults must not follow it.
     struct Defaults {
         Defaults(Provider* provider, int id);
-        Profile* mProfile;
+        Profile* mProfile = nullptr;
         std::set<ProfileEndpoint*> mProfileEndpoints;
-        GeqPreset* mGeqPreset;
+        GeqPreset* mGeqPreset = nullptr;
+
+    private:
+        std::unique_ptr<Profile> mProfileCopy;
+        std::vector<std::unique_ptr<ProfileEndpoint>> mEndpointCopies;
+        std::unique_ptr<GeqPreset> mGeqCopy;
     };
 
     // Loads nothing.

@@ -7,7 +7,14 @@ namespace korvi {
 
 class AudioOptimizerTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {
+        AUDIO_OPTIMIZER_FREQUENCY,
+        AUDIO_OPTIMIZER_GAIN_L,
+        AUDIO_OPTIMIZER_GAIN_LS,
+        AUDIO_OPTIMIZER_GAIN_R,
+        AUDIO_OPTIMIZER_GAIN_RS,
+    };
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

@@ -17,13 +17,13 @@ void AudioRegulatorTranslator::sfxTranslate(SetParamCommand& cmd, ParameterValue
     const int channels = firstValue(values, OUTPUT_CHANNELS);
     const std::vector<int>& left = read(values, REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT);
     const std::vector<int>& right = read(values, REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT);
-    const std::vector<int> header{channels, countOf(left)};
+    const int header[] = {channels, countOf(left)};
     if (channels == 4) {
-        cmd.add(SFX_RSSA, {header, left, right,
+        cmd.add(SFX_RSSA, {{header, 2}, left, right,
                            read(values, REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT_SURROUND),
                            read(values, REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT_SURROUND)});
     } else if (channels == 2) {
-        cmd.add(SFX_RSSA, {header, left, right});
+        cmd.add(SFX_RSSA, {{header, 2}, left, right});
     }
 }
 

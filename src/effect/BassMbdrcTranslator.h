@@ -7,7 +7,8 @@ namespace korvi {
 
 class BassMbdrcTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {BASS_MBDRC_TUNING};
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

@@ -1,18 +1,17 @@
+#define LOG_TAG "CheckedCount"
+
 #include "effect/CheckedCount.h"
 
-#include <limits>
+#include <cstdlib>
 
-#define LOG_TAG "SetParamCommand"
 #include <log/log.h>
 
 namespace korvi {
 
-int32_t checkedCount(int32_t base, size_t extra) {
-    constexpr size_t kMax = static_cast<size_t>(std::numeric_limits<int32_t>::max());
+void countOverflow(int32_t base, size_t extra) {
     LOG_ALWAYS_FATAL_IF(base < 0, "count %d is negative", base);
-    LOG_ALWAYS_FATAL_IF(extra > kMax - static_cast<size_t>(base),
-                        "count overflow: %d + %zu does not fit in 32 bits", base, extra);
-    return static_cast<int32_t>(static_cast<size_t>(base) + extra);
+    LOG_ALWAYS_FATAL("count overflow: %d + %zu does not fit in 32 bits", base, extra);
+    std::abort();  // not reached: the fatal log aborts
 }
 
 }  // namespace korvi

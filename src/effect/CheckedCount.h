@@ -4,11 +4,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 
 namespace korvi {
 
+// Logs why base + extra does not fit and aborts.
+[[noreturn]] void countOverflow(int32_t base, size_t extra);
+
 // base + extra as a non-negative 32-bit count; aborts when the sum exceeds INT32_MAX or base is
-// negative.
-int32_t checkedCount(int32_t base, size_t extra);
+// negative. Inline: every entry of every blob goes through it.
+inline int32_t checkedCount(int32_t base, size_t extra) {
+    constexpr size_t kMax = static_cast<size_t>(std::numeric_limits<int32_t>::max());
+    if (base < 0 || extra > kMax - static_cast<size_t>(base)) countOverflow(base, extra);
+    return static_cast<int32_t>(static_cast<size_t>(base) + extra);
+}
 
 }  // namespace korvi

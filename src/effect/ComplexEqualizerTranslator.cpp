@@ -9,12 +9,12 @@ void ComplexEqualizerTranslator::sfxTranslate(SetParamCommand& cmd, ParameterVal
     const int channels = firstValue(values, OUTPUT_CHANNELS);
     const std::vector<int>& left = read(values, COMPLEX_EQUALIZER_TUNING_LEFT);
     const std::vector<int>& right = read(values, COMPLEX_EQUALIZER_TUNING_RIGHT);
-    const std::vector<int> header{channels, countOf(left)};
+    const int header[] = {channels, countOf(left)};
     if (channels == 4) {
-        cmd.add(SFX_CEQT, {header, left, right, read(values, COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND),
+        cmd.add(SFX_CEQT, {{header, 2}, left, right, read(values, COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND),
                            read(values, COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND)});
     } else if (channels == 2) {
-        cmd.add(SFX_CEQT, {header, left, right});
+        cmd.add(SFX_CEQT, {{header, 2}, left, right});
     }
 }
 

@@ -8,7 +8,13 @@ namespace korvi {
 
 class ComplexEqualizerTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {
+        COMPLEX_EQUALIZER_TUNING_LEFT,
+        COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND,
+        COMPLEX_EQUALIZER_TUNING_RIGHT,
+        COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND,
+    };
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

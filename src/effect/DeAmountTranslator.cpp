@@ -1,5 +1,7 @@
 #include "effect/DeAmountTranslator.h"
 
+#include <algorithm>
+
 namespace korvi {
 
 namespace {
@@ -9,12 +11,14 @@ constexpr int kMaxDialogEnhancerAmount = 12;
 
 void DeAmountTranslator::sfxTranslate(SetParamCommand& cmd, ParameterValues& values,
                                       Endpoint /*endpoint*/, bool /*mono*/) const {
-    // A copy: the clamp applies to what is sent, never to the stored amount.
-    std::vector<int> amount = read(values, DIALOG_ENHANCER_AMOUNT);
-    if (!amount.empty() && amount.front() > kMaxDialogEnhancerAmount) {
-        amount.front() = kMaxDialogEnhancerAmount;
+    const std::vector<int>& amount = read(values, DIALOG_ENHANCER_AMOUNT);
+    if (amount.empty()) {
+        cmd.add(SFX_DEA, {amount});
+        return;
     }
-    cmd.add(SFX_DEA, {amount});
+    // Only the first value is clamped, and only in what is sent: the stored amount stays.
+    const int first = std::min(amount.front(), kMaxDialogEnhancerAmount);
+    cmd.add(SFX_DEA, {{&first, 1}, {amount.data() + 1, amount.size() - 1}});
 }
 
 }  // namespace korvi

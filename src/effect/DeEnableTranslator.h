@@ -7,7 +7,8 @@ namespace korvi {
 
 class DeEnableTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {DIALOG_ENHANCER_ENABLE};
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

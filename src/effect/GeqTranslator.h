@@ -8,7 +8,8 @@ namespace korvi {
 
 class GeqTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {GEQ_FREQUENCY, GEQ_GAIN};
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

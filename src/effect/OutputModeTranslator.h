@@ -8,7 +8,12 @@ namespace korvi {
 
 class OutputModeTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {
+        VIRTUALIZER_ENABLE,
+        OUTPUT_MIX_MATRIX,
+        ORIENTATION,
+    };
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

@@ -2,7 +2,8 @@
 // translators have changed sources, and runs them into a command when asked.
 #pragma once
 
-#include <set>
+#include <cstdint>
+#include <vector>
 
 #include "effect/Translator.h"
 #include "effect/TranslatorCollection.h"
@@ -33,10 +34,13 @@ public:
     ParameterValues* getSource() const { return mSource; }
     Endpoint getEndpoint() const { return mEndpoint; }
     bool isMono() const { return mMono; }
-    size_t pendingCount() const { return mPending.size(); }
+    size_t pendingCount() const { return mPendingCount; }
 
 private:
-    std::set<Translator*, TranslatorOrder> mPending;
+    // One bit per translator of the collection, by its number: marking a change costs no
+    // allocation, and running walks only the set bits, in the collection's fixed order.
+    std::vector<uint64_t> mPending = std::vector<uint64_t>((sTranslatorCollection->size() + 63) / 64);
+    size_t mPendingCount = 0;
     ParameterValues* mSource = nullptr;
     Endpoint mEndpoint = SPEAKER;
     bool mMono = false;

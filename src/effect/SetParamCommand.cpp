@@ -1,3 +1,5 @@
+#define LOG_TAG "SetParamCommand"
+
 #include "effect/SetParamCommand.h"
 
 #include <limits>
@@ -5,22 +7,38 @@
 #include "effect/CheckedCount.h"
 #include "effect/SfxEffect.h"
 
-#define LOG_TAG "SetParamCommand"
 #include <log/log.h>
 
 namespace korvi {
 
 namespace {
 
+// The storage of the last blob this thread let go of. Commands are made and dropped one at a
+// time on the thread that drives the effect, so each new blob reuses the previous one's storage
+// instead of allocating (and growing) a fresh array for every send.
+thread_local std::vector<int> tSpareBlob;
+
 size_t totalLength(std::initializer_list<SetParamCommand::ValueList> lists) {
     int32_t total = 0;
-    for (const std::vector<int>& list : lists) total = checkedCount(total, list.size());
+    for (const SetParamCommand::ValueList& list : lists) total = checkedCount(total, list.size());
     return static_cast<size_t>(total);
 }
 
 }  // namespace
 
-SetParamCommand::SetParamCommand(int target) : mBlob{target, 0} {}
+SetParamCommand::SetParamCommand(int target) {
+    mBlob.swap(tSpareBlob);
+    mBlob.clear();
+    // Room for a typical change at once, so that small commands grow without reallocating.
+    mBlob.reserve(kInitialCapacityWords);
+    mBlob.push_back(target);
+    mBlob.push_back(0);
+}
+
+SetParamCommand::~SetParamCommand() {
+    // Keep the larger of the two arrays for the next command.
+    if (mBlob.capacity() > tSpareBlob.capacity()) mBlob.swap(tSpareBlob);
+}
 
 int SetParamCommand::execute(SfxEffect& effect) {
     if (mEntryCount == 0) return 0;
@@ -68,7 +86,7 @@ void SetParamCommand::appendHeader(SfxParameter parameter, size_t count) {
 }
 
 void SetParamCommand::appendValues(std::initializer_list<ValueList> lists) {
-    for (const std::vector<int>& list : lists) mBlob.insert(mBlob.end(), list.begin(), list.end());
+    for (const ValueList& list : lists) mBlob.insert(mBlob.end(), list.begin(), list.end());
 }
 
 }  // namespace korvi

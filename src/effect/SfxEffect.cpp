@@ -28,19 +28,17 @@ void SfxEffect::sendSharedStore(void* data, unsigned size) {
         return;
     }
     parser.begin();
-    for (;;) {
-        int32_t device = 0;
-        int32_t paramId = 0;
-        uint32_t count = 0;
-        const int32_t* values = nullptr;
-        const bool more = parser.next(&device, &paramId, &count, &values);
-        android::SfxParamStore& store = android::SfxParamStore::getInstance();
-        if (!more) {
-            store.commitChange();
-            return;
-        }
+    // The store is a process-wide singleton that never changes once made: ask for it once rather
+    // than on every send, which would take the singleton's lock every time.
+    static android::SfxParamStore& store = android::SfxParamStore::getInstance();
+    int32_t device = 0;
+    int32_t paramId = 0;
+    uint32_t count = 0;
+    const int32_t* values = nullptr;
+    while (parser.next(&device, &paramId, &count, &values)) {
         store.setParam(static_cast<uint32_t>(device), paramId, values, count);
     }
+    store.commitChange();
 }
 
 int SfxEffect::receive(int /*cmd*/, std::vector<int>& /*blob*/) {

@@ -1,7 +1,11 @@
+#define LOG_TAG "SfxParameter"
+
 #include "effect/SfxParameter.h"
 
-#define LOG_TAG "SfxParameter"
 #include <log/log.h>
+
+#include <array>
+#include <string>
 
 namespace korvi {
 namespace {
@@ -93,7 +97,7 @@ constexpr const char* kSfxParameterCodes[kSfxParameterCount] = {
     "VSSD",
 };
 
-int32_t codeToId(const char* code, size_t length) {
+constexpr int32_t codeToId(const char* code, size_t length) {
     if (length > 4) return 0;
     uint32_t id = 0;
     for (size_t i = 0; i < length; ++i) {
@@ -104,9 +108,17 @@ int32_t codeToId(const char* code, size_t length) {
     return static_cast<int32_t>(id);
 }
 
-int32_t codeToId(const char* code) {
+constexpr int32_t codeToId(const char* code) {
     return codeToId(code, std::char_traits<char>::length(code));
 }
+
+// Every code's id, worked out once at compile time: ids are asked for on every entry sent.
+constexpr std::array<int32_t, kSfxParameterCount> makeIds() {
+    std::array<int32_t, kSfxParameterCount> ids{};
+    for (int i = 0; i < kSfxParameterCount; ++i) ids[i] = codeToId(kSfxParameterCodes[i]);
+    return ids;
+}
+constexpr std::array<int32_t, kSfxParameterCount> kSfxParameterIds = makeIds();
 
 void checkParameter(SfxParameter parameter) {
     const int value = static_cast<int>(parameter);
@@ -122,7 +134,7 @@ const char* sfxParameterCode(SfxParameter parameter) {
 
 int32_t sfxParameterId(SfxParameter parameter) {
     checkParameter(parameter);
-    return codeToId(kSfxParameterCodes[parameter]);
+    return kSfxParameterIds[parameter];
 }
 
 int32_t sfxCodeToId(const std::string& code) {

@@ -2,8 +2,10 @@
 // reads it. The translators live for the whole process; the collection only borrows them.
 #pragma once
 
-#include <map>
+#include <array>
+#include <cstdint>
 #include <set>
+#include <vector>
 
 #include "effect/Translator.h"
 
@@ -14,7 +16,7 @@ public:
     using TranslatorSet = std::set<Translator*, TranslatorOrder>;
 
     // One instance of each of the twelve computing translators and one copying translator per
-    // parameter that is sent unchanged (57), made once at library load and never freed.
+    // parameter that is sent unchanged (57), made once at library load and kept until exit.
     static const TranslatorSet kAllTranslators;
 
     // Built from kAllTranslators.
@@ -23,12 +25,21 @@ public:
     // translator that lists it.
     explicit TranslatorCollection(const TranslatorSet& translators);
 
-    // The translator that reads p, or null. Asking for a parameter no translator reads leaves a
-    // null entry behind; the answer is null either way.
-    Translator* getTranslator(Parameter p);
+    // The translator that reads p, or null.
+    Translator* getTranslator(Parameter p) const;
+
+    // The translators are also numbered 0 .. size() - 1 in the order they were given, so that a
+    // device can keep its pending work as a row of flags and run it in that fixed order.
+    size_t size() const { return mOrdered.size(); }
+    Translator* at(size_t index) const { return mOrdered[index]; }
+    // The number of the translator that reads p, or -1 when none does.
+    int indexOf(Parameter p) const;
 
 private:
-    std::map<Parameter, Translator*> mTranslators;
+    std::vector<Translator*> mOrdered;
+    // Indexed by parameter number: a change is looked up on every value that changes, so the
+    // lookup is a plain array read rather than a tree walk.
+    std::array<int16_t, kParameterCount> mIndexOf;
 };
 
 }  // namespace korvi

@@ -1,6 +1,7 @@
 // The effect path's load-time tables, all in this one file so that they are built in the order
-// they depend on each other: first the source lists of the computing translators, then the
-// translators themselves, then the collection that indexes them by parameter.
+// they depend on each other: the translators (whose source lists, defined inline in their headers,
+// are ready before anything in this file), then the set of all of them, then the collection that
+// indexes them by parameter.
 #include "effect/AudioOptimizerTranslator.h"
 #include "effect/AudioRegulatorTranslator.h"
 #include "effect/BassMbdrcTranslator.h"
@@ -17,56 +18,10 @@
 #include "effect/VirtualBassEnableTranslator.h"
 #include "effect/VirtualBassTranslator.h"
 
+#include <memory>
 #include <utility>
 
 namespace korvi {
-
-// The order of each list is the order its translator expects its sources in.
-const std::vector<Parameter> BassMbdrcTranslator::kSrcParams = {BASS_MBDRC_TUNING};
-const std::vector<Parameter> CustomDRCTranslator::kSrcParams = {CUSTOM_DRC_METADATA};
-const std::vector<Parameter> ComplexEqualizerTranslator::kSrcParams = {
-    COMPLEX_EQUALIZER_TUNING_LEFT,
-    COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND,
-    COMPLEX_EQUALIZER_TUNING_RIGHT,
-    COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND,
-};
-const std::vector<Parameter> OutputModeTranslator::kSrcParams = {
-    VIRTUALIZER_ENABLE,
-    OUTPUT_MIX_MATRIX,
-    ORIENTATION,
-};
-const std::vector<Parameter> VirtualBassTranslator::kSrcParams = {
-    VIRTUAL_BASS_SRC_FREQ_LOW,
-    VIRTUAL_BASS_SRC_FREQ_HIGH,
-    VIRTUAL_BASS_MIX_FREQ_LOW,
-    VIRTUAL_BASS_MIX_FREQ_HIGH,
-};
-const std::vector<Parameter> VirtualBassEnableTranslator::kSrcParams = {
-    VIRTUAL_BASS_ENABLE,
-    VIRTUAL_BASS_TYPE,
-};
-const std::vector<Parameter> AudioRegulatorTranslator::kSrcParams = {
-    REGULATOR_STRESS_AMOUNT,
-    REGULATOR_FREQUENCY,
-    REGULATOR_ISOLATED_BAND,
-    REGULATOR_THRESHOLD_HIGH,
-    REGULATOR_THRESHOLD_LOW,
-    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT,
-    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT_SURROUND,
-    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT,
-    REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT_SURROUND,
-};
-const std::vector<Parameter> DeEnableTranslator::kSrcParams = {DIALOG_ENHANCER_ENABLE};
-const std::vector<Parameter> DeAmountTranslator::kSrcParams = {DIALOG_ENHANCER_AMOUNT};
-const std::vector<Parameter> AudioOptimizerTranslator::kSrcParams = {
-    AUDIO_OPTIMIZER_FREQUENCY,
-    AUDIO_OPTIMIZER_GAIN_L,
-    AUDIO_OPTIMIZER_GAIN_LS,
-    AUDIO_OPTIMIZER_GAIN_R,
-    AUDIO_OPTIMIZER_GAIN_RS,
-};
-const std::vector<Parameter> IeqTranslator::kSrcParams = {IEQ_FREQUENCY, IEQ_TARGET};
-const std::vector<Parameter> GeqTranslator::kSrcParams = {GEQ_FREQUENCY, GEQ_GAIN};
 
 namespace {
 
@@ -132,24 +87,33 @@ constexpr std::pair<SfxParameter, Parameter> kSimpleTranslations[] = {
     {SFX_VSSD, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE},
 };
 
+// Owns every translator for the whole life of the process. Defined before the set and the
+// collection that borrow from it, so it is built before them and destroyed after them.
+std::vector<std::unique_ptr<Translator>> sTranslatorOwner;
+
+template <typename T, typename... Args>
+Translator* makeOwned(Args... args) {
+    sTranslatorOwner.push_back(std::make_unique<T>(args...));
+    return sTranslatorOwner.back().get();
+}
+
 TranslatorCollection::TranslatorSet makeAllTranslators() {
-    // The translators are process-wide and never freed: the set that indexes them is their owner.
     TranslatorCollection::TranslatorSet all;
     for (const auto& [sfxParameter, source] : kSimpleTranslations) {
-        all.insert(new SimpleTranslator(sfxParameter, source));
+        all.insert(makeOwned<SimpleTranslator>(sfxParameter, source));
     }
-    all.insert(new BassMbdrcTranslator());
-    all.insert(new CustomDRCTranslator());
-    all.insert(new ComplexEqualizerTranslator());
-    all.insert(new OutputModeTranslator());
-    all.insert(new VirtualBassTranslator());
-    all.insert(new VirtualBassEnableTranslator());
-    all.insert(new AudioRegulatorTranslator());
-    all.insert(new DeEnableTranslator());
-    all.insert(new DeAmountTranslator());
-    all.insert(new AudioOptimizerTranslator());
-    all.insert(new IeqTranslator());
-    all.insert(new GeqTranslator());
+    all.insert(makeOwned<BassMbdrcTranslator>());
+    all.insert(makeOwned<CustomDRCTranslator>());
+    all.insert(makeOwned<ComplexEqualizerTranslator>());
+    all.insert(makeOwned<OutputModeTranslator>());
+    all.insert(makeOwned<VirtualBassTranslator>());
+    all.insert(makeOwned<VirtualBassEnableTranslator>());
+    all.insert(makeOwned<AudioRegulatorTranslator>());
+    all.insert(makeOwned<DeEnableTranslator>());
+    all.insert(makeOwned<DeAmountTranslator>());
+    all.insert(makeOwned<AudioOptimizerTranslator>());
+    all.insert(makeOwned<IeqTranslator>());
+    all.insert(makeOwned<GeqTranslator>());
     return all;
 }
 
@@ -158,6 +122,14 @@ TranslatorCollection::TranslatorSet makeAllTranslators() {
 const TranslatorCollection::TranslatorSet TranslatorCollection::kAllTranslators =
     makeAllTranslators();
 
-TranslatorCollection* const ParameterTranslator::sTranslatorCollection = new TranslatorCollection();
+namespace {
+
+// Owns the one collection every device translates through.
+const std::unique_ptr<TranslatorCollection> sCollectionOwner =
+    std::make_unique<TranslatorCollection>(TranslatorCollection::kAllTranslators);
+
+}  // namespace
+
+TranslatorCollection* const ParameterTranslator::sTranslatorCollection = sCollectionOwner.get();
 
 }  // namespace korvi

@@ -8,7 +8,11 @@ namespace korvi {
 
 class VirtualBassEnableTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {
+        VIRTUAL_BASS_ENABLE,
+        VIRTUAL_BASS_TYPE,
+    };
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

@@ -7,7 +7,13 @@ namespace korvi {
 
 class VirtualBassTranslator : public Translator {
 public:
-    static const std::vector<Parameter> kSrcParams;
+    // Its source parameters, in the order it reads them.
+    static inline const std::vector<Parameter> kSrcParams = {
+        VIRTUAL_BASS_SRC_FREQ_LOW,
+        VIRTUAL_BASS_SRC_FREQ_HIGH,
+        VIRTUAL_BASS_MIX_FREQ_LOW,
+        VIRTUAL_BASS_MIX_FREQ_HIGH,
+    };
 
     const std::vector<Parameter>& getSrcParams() const override { return kSrcParams; }
     void sfxTranslate(SetParamCommand& cmd, ParameterValues& values, Endpoint endpoint,

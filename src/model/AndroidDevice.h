@@ -20,10 +20,13 @@ enum AndroidDevice : uint32_t {
     AUDIO_DEVICE_OUT_USB_DEVICE = 0x4000,
     AUDIO_DEVICE_OUT_REMOTE_SUBMIX = 0x8000,
     AUDIO_DEVICE_OUT_USB_HEADSET = 0x4000000,
+    // The platform's default output. On the effect side it stands for the profile level: its
+    // entries carry the profile-wide settings, and a blob made for every device names it as target.
+    AUDIO_DEVICE_OUT_DEFAULT = 0x40000000,
 };
 
 // The device value that stands for the profile level on the effect side.
-inline constexpr uint32_t kProfileLevelDevice = 0x40000000;
+inline constexpr uint32_t kProfileLevelDevice = AUDIO_DEVICE_OUT_DEFAULT;
 
 // The name of one of the six port devices ("speaker", "headphone", ...), or null for any other.
 const char* androidDeviceName(uint32_t device);

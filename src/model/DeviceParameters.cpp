@@ -5,6 +5,14 @@ namespace korvi {
 const std::set<Parameter> DeviceParameters::kValidParams = parametersOwnedBy(
     {OWNER_TUNING, OWNER_PROFILE_ENDPOINT, OWNER_IEQ_PRESET, OWNER_NONE});
 
+namespace {
+const std::bitset<kParameterCount> kAdmitted = parameterFlags(DeviceParameters::kValidParams);
+}  // namespace
+
+bool DeviceParameters::admits(Parameter parameter) const {
+    return isValidParameter(parameter) && kAdmitted.test(static_cast<size_t>(parameter));
+}
+
 DeviceParameters::DeviceParameters(ParamChangeObserver* observer)
     : ParameterValues(-1, false), mObserver(observer) {
     if (mObserver != nullptr) mObserver->setSource(this, OTHER, false);
@@ -34,8 +42,7 @@ void DeviceParameters::setTuning(Tuning& tuning) {
 void DeviceParameters::updateParams(ParameterValues& source) {
     for (const auto& [parameter, values] : source.mValues) {
         if (values.empty()) continue;
-        const std::vector<int> copy = values;
-        if (checkAndUpdate(parameter, copy) && mObserver != nullptr) {
+        if (checkAndUpdate(parameter, values) && mObserver != nullptr) {
             mObserver->onParameterChanged(parameter);
         }
     }

@@ -45,6 +45,9 @@ public:
     // value is never emptied by a record that lacks it.
     void updateParams(ParameterValues& source);
 
+protected:
+    bool admits(Parameter parameter) const override;
+
 private:
     Profile* mProfile = nullptr;
     ProfileEndpoint* mProfileEndpoint = nullptr;

@@ -24,6 +24,14 @@ std::set<Parameter> parametersOwnedBy(std::initializer_list<ParameterOwner> owne
     return result;
 }
 
+std::bitset<kParameterCount> parameterFlags(const std::set<Parameter>& parameters) {
+    std::bitset<kParameterCount> flags;
+    for (Parameter p : parameters) {
+        if (isValidParameter(p)) flags.set(static_cast<size_t>(p));
+    }
+    return flags;
+}
+
 const char* endpointName(Endpoint endpoint) {
     static constexpr const char* kEndpointNames[kEndpointCount] = {"speaker", "headphone", "other"};
     const unsigned value = static_cast<unsigned>(endpoint);

@@ -5,6 +5,7 @@
 // comes before 73 "virtual_bass_mix_freq_high"): the numbers below are the authority.
 #pragma once
 
+#include <bitset>
 #include <cstdint>
 #include <initializer_list>
 #include <set>
@@ -325,6 +326,9 @@ inline constexpr ParameterOwner kParameterOwners[kParameterCount] = {
 // The parameters owned by any of owners, for the static admissible-parameter sets. It reads only
 // the constant table above, so it is safe to call while other static sets are being built.
 std::set<Parameter> parametersOwnedBy(std::initializer_list<ParameterOwner> owners);
+
+// The same set as one flag per parameter number, for look-ups on hot paths.
+std::bitset<kParameterCount> parameterFlags(const std::set<Parameter>& parameters);
 
 // True for the numbers 0 to 95.
 inline constexpr bool isValidParameter(int number) {

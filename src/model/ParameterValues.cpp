@@ -11,10 +11,12 @@ void ParameterValues::set(Parameter parameter, const std::vector<int>& values) {
 }
 
 bool ParameterValues::checkAndUpdate(Parameter parameter, const std::vector<int>& values) {
-    if (getValidParams().count(parameter) == 0) return false;
+    if (!admits(parameter)) return false;
     std::vector<int>& current = mValues[parameter];
     if (current == values) return false;
-    set(parameter, values);
+    // The same as set(), without looking the parameter up a second time.
+    current = values;
+    mDirty = true;
     return true;
 }
 

@@ -49,6 +49,10 @@ protected:
     ParameterValues(const ParameterValues&) = default;
     ParameterValues& operator=(const ParameterValues&) = default;
 
+    // Whether getValidParams() holds parameter; the views answer from a flag table, since they
+    // ask on every merge.
+    virtual bool admits(Parameter parameter) const { return getValidParams().count(parameter) != 0; }
+
     int64_t mId;
     bool mDirty;
 };

@@ -4,6 +4,14 @@ namespace korvi {
 
 const std::set<Parameter> ProfileParameters::kValidParams = parametersOwnedBy({OWNER_PROFILE, OWNER_GEQ_PRESET});
 
+namespace {
+const std::bitset<kParameterCount> kAdmitted = parameterFlags(ProfileParameters::kValidParams);
+}  // namespace
+
+bool ProfileParameters::admits(Parameter parameter) const {
+    return isValidParameter(parameter) && kAdmitted.test(static_cast<size_t>(parameter));
+}
+
 ProfileParameters::ProfileParameters(ParamChangeObserver* observer)
     : ParameterValues(-1, false), mObserver(observer) {
     if (mObserver != nullptr) mObserver->setSource(this, OTHER, false);
@@ -21,8 +29,7 @@ void ProfileParameters::setGeqPreset(GeqPreset& preset) {
 
 void ProfileParameters::updateParams(ParameterValues& source) {
     for (const auto& [parameter, values] : source.mValues) {
-        const std::vector<int> copy = values;
-        if (checkAndUpdate(parameter, copy) && mObserver != nullptr) {
+        if (checkAndUpdate(parameter, values) && mObserver != nullptr) {
             mObserver->onParameterChanged(parameter);
         }
     }

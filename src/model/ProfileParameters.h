@@ -34,6 +34,9 @@ public:
     // device view): a profile-wide value that a record empties is reported as changed.
     void updateParams(ParameterValues& source);
 
+protected:
+    bool admits(Parameter parameter) const override;
+
 private:
     Profile* mProfile = nullptr;
     GeqPreset* mGeqPreset = nullptr;

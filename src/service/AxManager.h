@@ -46,6 +46,8 @@ public:
     std::string getAxVersion();
 
     // Profiles.
+    int getNumOfProfiles();
+    int getNumOfIeqPresets();
     bool setSelectedProfile(int id);
     bool resetProfile(int id);
     bool isProfileModified(int id);

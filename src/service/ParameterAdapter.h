@@ -62,7 +62,8 @@ public:
         void setParameter(AxContext* context, int profileId, Endpoint endpoint,
                           std::vector<int>& values) override;
         std::vector<int> getParameter(AxContext* context, int profileId) override;
-        std::vector<int> getParameter(AxContext* context, int profileId, Endpoint endpoint) override;
+        std::vector<int> getParameter(AxContext* context, int profileId,
+                                      Endpoint endpoint) override;
     };
 
     // A value of the profile's GEQ preset.

@@ -2,11 +2,13 @@
 // buffer of exactly its own size, so a read past its end is caught by AddressSanitizer.
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "service/ClientBytes.h"
 #include "service/ClientQuery.h"
 #include "service/ClientRequest.h"
 
@@ -127,6 +129,7 @@ TEST(ClientQueryTest, DecodesQueriesAndTheirFieldsOnlyFromBytesThatExist) {
         {"mono", query(13, {}), ClientQuery::OK, 13, 0, 0, 0},
         {"query 14", query(14, {}), ClientQuery::UNKNOWN, 14, 0, 0, 0},
         {"written backwards", {1, 0, 0, 0}, ClientQuery::UNKNOWN, 0x01000000, 0, 0, 0},
+        {"second byte set", {0, 1, 0, 0}, ClientQuery::UNKNOWN, 0x00010000, 0, 0, 0},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -138,6 +141,25 @@ TEST(ClientQueryTest, DecodesQueriesAndTheirFieldsOnlyFromBytesThatExist) {
         EXPECT_EQ(c.profileId, decoded.profileId());
         EXPECT_EQ(c.port, decoded.port());
     }
+}
+
+TEST(ClientBytesTest, ReadsOnlyWholeFieldsInsideTheBytes) {
+    ExactBytes bytes({0x11, 0x22, 0x33, 0x44, 0x55, 0x66});
+    ClientBytes view(bytes.data.get(), bytes.size);
+    EXPECT_TRUE(view.has(2, 4));
+    EXPECT_FALSE(view.has(3, 4));
+    EXPECT_FALSE(view.has(7, 0));
+    EXPECT_FALSE(view.has(1, SIZE_MAX));  // no wrap-around of offset + length
+    EXPECT_EQ(0x66554433u, view.littleEndian(2));
+    EXPECT_EQ(0x33445566u, view.bigEndian(2));
+    EXPECT_EQ(0u, view.littleEndian(3));
+    EXPECT_EQ(0u, view.bigEndian(3));
+    EXPECT_EQ(0x66, view.byte(5));
+    EXPECT_EQ(0, view.byte(6));
+    EXPECT_EQ((std::vector<int>{0x55443322}), view.wordsFrom(1));
+    EXPECT_TRUE(view.wordsFrom(3).empty());
+    EXPECT_TRUE(view.wordsFrom(9).empty());
+    EXPECT_EQ(0u, ClientBytes(nullptr, 8).size());
 }
 
 TEST(ClientQueryTest, AnswersAreWrittenOnlyWhenTheyFitTheClientsBuffer) {
