@@ -22,9 +22,11 @@ build: deps
 	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
-# The main job: what the service makes of the bundled factory tuning file.
+# The main job: the service brought up over a scratch copy of the bundled sample device root,
+# then a short client session (profile switch, parameter change, tuning-device choice) showing
+# what each step did to the effect's parameters.
 run: build
-	@$(BUILD)/korvictl inspect --brief data/vendor/etc/korvi/wem-default.xml
+	@$(BUILD)/korvictl shell tools/korvictl/demo.korvi
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)

@@ -118,10 +118,13 @@ TEST(ClientProtocolDoc, EveryExampleDoesWhatTheDocumentSays) {
                           0);
                 EXPECT_EQ(out, expected);
             } else if (step.method == "getIntParam") {
-                ASSERT_EQ(step.in.size(), 4u);
-                const uint32_t code = (uint32_t(uint8_t(step.in[0])) << 24) |
-                                      (uint32_t(uint8_t(step.in[1])) << 16) |
-                                      (uint32_t(uint8_t(step.in[2])) << 8) | uint8_t(step.in[3]);
+                const bool number = step.in.rfind("0x", 0) == 0;
+                ASSERT_TRUE(number || step.in.size() == 4u);
+                const uint32_t code =
+                        number ? static_cast<uint32_t>(std::stoul(step.in, nullptr, 16))
+                               : (uint32_t(uint8_t(step.in[0])) << 24) |
+                                         (uint32_t(uint8_t(step.in[1])) << 16) |
+                                         (uint32_t(uint8_t(step.in[2])) << 8) | uint8_t(step.in[3]);
                 EXPECT_EQ(service->getIntParam(code), std::stol(step.expect));
             } else {
                 ADD_FAILURE() << "unknown method in an exchange block: " << step.method;

@@ -13,33 +13,8 @@ namespace korvi::ctl {
 
 namespace {
 
-const char* amplifierName(int type) {
-    switch (type) {
-        case 1: return "aw882xx";
-        case 2: return "fs19xx";
-        default: return "none";
-    }
-}
-
-std::string databaseText(const StartupReport& s) {
-    if (s.database == "built") return "built (no database before), signature " + s.newSignature;
-    if (s.database == "rebuilt") {
-        return "rebuilt: new signature " + s.newSignature + " (was " + s.oldSignature + ")";
-    }
-    return "reused: signature " + s.newSignature + " unchanged";
-}
-
 void printText(ServiceSession& session) {
-    const StartupReport& s = session.startup();
-    printf("device root     %s\n", session.root().c_str());
-    printf("amplifier       %s (type %d)\n", amplifierName(s.amplifierType), s.amplifierType);
-    printf("factory file    %s\n", s.factoryFile.c_str());
-    printf("database        %s\n", databaseText(s).c_str());
-    printf("format version  %s\n", s.formatVersion.c_str());
-    if (!s.oemNote.empty()) printf("OEM merge       %s\n", s.oemNote.c_str());
-    for (const std::string& line : s.oemAdded) printf("OEM added       %s\n", line.c_str());
-    for (const std::string& line : s.oemDropped) printf("OEM dropped     %s\n", line.c_str());
-    printf("\n%s", stateText(session.service()).c_str());
+    printf("%s\n%s", startupText(session).c_str(), stateText(session.service()).c_str());
     const EffectState effect = session.effectState();
     printf("\neffect parameters, %zu devices\n%s", effect.size(), effectText(effect).c_str());
 }
@@ -64,6 +39,8 @@ void printJson(ServiceSession& session) {
     json.value(s.oldSignature);
     json.key("formatVersion");
     json.value(s.formatVersion);
+    json.key("oemMerge");
+    json.value(s.oemNote.empty() ? "merged" : s.oemNote);
     json.key("oemAdded");
     json.beginArray();
     for (const std::string& line : s.oemAdded) json.value(line);

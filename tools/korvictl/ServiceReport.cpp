@@ -1,6 +1,7 @@
 #include "ServiceReport.h"
 
 #include <cstdio>
+#include <algorithm>
 #include <cstring>
 #include <map>
 #include <set>
@@ -54,6 +55,36 @@ std::string deviceHeading(uint32_t device) {
 }
 
 }  // namespace
+
+const char* amplifierName(int type) {
+    switch (type) {
+        case 1: return "aw882xx";
+        case 2: return "fs19xx";
+        default: return "none";
+    }
+}
+
+std::string startupText(const ServiceSession& session) {
+    const StartupReport& s = session.startup();
+    std::string database;
+    if (s.database == "built") {
+        database = "built (no database before), signature " + s.newSignature;
+    } else if (s.database == "rebuilt") {
+        database = "rebuilt: new signature " + s.newSignature + " (was " + s.oldSignature + ")";
+    } else {
+        database = "reused: signature " + s.newSignature + " unchanged";
+    }
+    std::string text = "device root     " + session.root() + "\n" +
+                       "amplifier       " + amplifierName(s.amplifierType) + " (type " +
+                       std::to_string(s.amplifierType) + ")\n" +
+                       "factory file    " + s.factoryFile + "\n" +
+                       "database        " + database + "\n" +
+                       "format version  " + s.formatVersion + "\n";
+    if (!s.oemNote.empty()) text += "OEM merge       " + s.oemNote + "\n";
+    for (const std::string& line : s.oemAdded) text += "OEM added       " + line + "\n";
+    for (const std::string& line : s.oemDropped) text += "OEM dropped     " + line + "\n";
+    return text;
+}
 
 std::string stateText(android::KorviManagerService& service) {
     std::string text = std::string("effect ") +
@@ -109,12 +140,24 @@ void stateJson(android::KorviManagerService& service, JsonWriter* json) {
 }
 
 std::string effectText(const EffectState& state) {
+    constexpr size_t kWidth = 100;
     std::string text;
     for (const auto& [device, params] : state) {
         text += "  " + deviceHeading(device) + "\n";
+        // By code, several to a line, so a device fits a few lines of a terminal.
+        std::map<std::string, std::string> byCode;
         for (const auto& [id, values] : params) {
-            text += "    " + BlobFormatter::codeText(id) + valuesText(values) + "\n";
+            byCode[BlobFormatter::codeText(id)] = BlobFormatter::codeText(id) + valuesText(values);
         }
+        std::string line = "   ";
+        for (const auto& entry : byCode) {
+            if (line.size() > 3 && line.size() + 2 + entry.second.size() > kWidth) {
+                text += line + "\n";
+                line = "   ";
+            }
+            line += (line.size() > 3 ? "  " : " ") + entry.second;
+        }
+        if (line.size() > 3) text += line + "\n";
     }
     return text;
 }
@@ -139,7 +182,32 @@ void effectJson(const EffectState& state, JsonWriter* json) {
     json->endArray();
 }
 
+namespace {
+
+// One parameter's change in a few words: "DVLE 1->0", "+GEBS 1 2", "-GEBS", or for long lists
+// "IEBS: 20 of 41 values".
+std::string changeText(const std::string& code, const std::vector<int32_t>* was,
+                       const std::vector<int32_t>* now) {
+    constexpr size_t kShortList = 6;
+    if (was == nullptr) return "+" + code + valuesText(*now);
+    if (now == nullptr) return "-" + code;
+    if (was->size() <= kShortList && now->size() <= kShortList) {
+        std::string before = valuesText(*was);
+        std::string after = valuesText(*now);
+        return code + before + " ->" + after;
+    }
+    size_t changed = 0;
+    for (size_t i = 0; i < std::max(was->size(), now->size()); ++i) {
+        if (i >= was->size() || i >= now->size() || (*was)[i] != (*now)[i]) ++changed;
+    }
+    return code + ": " + std::to_string(changed) + " of " + std::to_string(now->size()) +
+           " values";
+}
+
+}  // namespace
+
 std::string effectDiff(const EffectState& before, const EffectState& after) {
+    constexpr size_t kWidth = 100;
     static const std::map<int32_t, std::vector<int32_t>> kNone;
     std::set<uint32_t> devices;
     for (const auto& entry : before) devices.insert(entry.first);
@@ -150,22 +218,32 @@ std::string effectDiff(const EffectState& before, const EffectState& after) {
         auto a = after.find(device);
         const auto& old = b == before.end() ? kNone : b->second;
         const auto& now = a == after.end() ? kNone : a->second;
-        const std::string name = BlobFormatter::deviceText(static_cast<int32_t>(device));
-        for (const auto& [id, values] : now) {
+        std::set<int32_t> ids;
+        for (const auto& entry : old) ids.insert(entry.first);
+        for (const auto& entry : now) ids.insert(entry.first);
+        std::map<std::string, std::string> changes;  // by code
+        for (int32_t id : ids) {
             auto was = old.find(id);
+            auto is = now.find(id);
+            const auto* wasValues = was == old.end() ? nullptr : &was->second;
+            const auto* isValues = is == now.end() ? nullptr : &is->second;
+            if (wasValues != nullptr && isValues != nullptr && *wasValues == *isValues) continue;
             const std::string code = BlobFormatter::codeText(id);
-            if (was == old.end()) {
-                text += "  + " + name + " " + code + valuesText(values) + "\n";
-            } else if (was->second != values) {
-                text += "    " + name + " " + code + valuesText(was->second) + " ->" +
-                        valuesText(values) + "\n";
-            }
+            changes[code] = changeText(code, wasValues, isValues);
         }
-        for (const auto& [id, values] : old) {
-            if (now.count(id) == 0) {
-                text += "  - " + name + " " + BlobFormatter::codeText(id) + "\n";
+        if (changes.empty()) continue;
+        char heading[32];
+        snprintf(heading, sizeof(heading), "  %-15s", BlobFormatter::deviceText(static_cast<int32_t>(device)).c_str());
+        std::string line = heading;
+        const size_t indent = line.size();
+        for (const auto& entry : changes) {
+            if (line.size() > indent && line.size() + 3 + entry.second.size() > kWidth) {
+                text += line + "\n";
+                line = std::string(indent, ' ');
             }
+            line += (line.size() > indent ? "   " : "") + entry.second;
         }
+        text += line + "\n";
     }
     return text;
 }

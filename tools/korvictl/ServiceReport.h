@@ -9,6 +9,13 @@
 
 namespace korvi::ctl {
 
+// "aw882xx" for amplifier type 1, ...
+const char* amplifierName(int type);
+
+// What start-up did: amplifier, factory file, database built/reused/rebuilt, format version,
+// OEM tunings added and dropped with the service's reason.
+std::string startupText(const ServiceSession& session);
+
 // On/off, the profiles with the selected one marked, and per port the selected tuning device and
 // the devices offered; everything read through the service's public methods.
 std::string stateText(android::KorviManagerService& service);
@@ -18,8 +25,8 @@ void stateJson(android::KorviManagerService& service, JsonWriter* json);
 std::string effectText(const EffectState& state);
 void effectJson(const EffectState& state, JsonWriter* json);
 
-// The parameters that differ from before to after, one line each:
-//   "speaker DVLE 0 -> 1", "+ speaker GEBG 1 2", "- speaker GEBG".
+// The parameters that differ from before to after, per device, packed into lines:
+//   "  speaker   DVLE 1 -> 0   +GEBG 1 2   -VBON   IEBS: 20 of 41 values".
 std::string effectDiff(const EffectState& before, const EffectState& after);
 
 // "0x2a" style hex of a value list, and notification payloads as "ff ff ff ff 00 00 00 00".

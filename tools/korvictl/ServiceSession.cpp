@@ -85,6 +85,17 @@ std::string storedSignature(const std::string& dbPath) {
     return signature;
 }
 
+// The texts between square brackets, in order.
+std::vector<std::string> bracketed(const std::string& line) {
+    std::vector<std::string> texts;
+    for (size_t open = line.find('['); open != std::string::npos; open = line.find('[', open + 1)) {
+        const size_t close = line.find(']', open);
+        if (close == std::string::npos) break;
+        texts.push_back(line.substr(open + 1, close - open - 1));
+    }
+    return texts;
+}
+
 // Sorts the start-up's OEM merge lines into what was added and what was dropped and why.
 void readOemMerge(const std::vector<std::string>& lines, StartupReport* report) {
     bool merged = false;
@@ -92,7 +103,10 @@ void readOemMerge(const std::vector<std::string>& lines, StartupReport* report) 
         if (startsWith(line, "Add OEM Tuning ")) {
             report->oemAdded.push_back("tuning " + line.substr(15));
         } else if (startsWith(line, "Add OEM Device Tuning ")) {
-            report->oemAdded.push_back("device tuning " + line.substr(22));
+            const std::vector<std::string> b = bracketed(line);  // port, device, tuning
+            report->oemAdded.push_back(b.size() == 3 ? "device " + b[1] + " on port " + b[0] +
+                                                               ", tuning " + b[2]
+                                                     : line);
         } else if (startsWith(line, "Found OEM") || startsWith(line, "Drop OEM") ||
                    startsWith(line, "OEM tuning format V=")) {
             report->oemDropped.push_back(line);
@@ -205,11 +219,12 @@ bool ServiceSession::bringUp(bool echoLog, std::string* error) {
 }
 
 ServiceSession::~ServiceSession() {
-    if (mService != nullptr && mClient != nullptr) {
+    if (mService != nullptr) {
         mService->unregisterClient(mClient, kClientType, kClientUid);
+        mService.clear();
+        // Only now that start-up ran: asking for the manager earlier would start it up.
+        AxContextManager::getInstance().release();
     }
-    mService.clear();
-    AxContextManager::getInstance().release();
     if (!mScratch.empty()) {
         std::error_code ec;
         fs::remove_all(mScratch, ec);

@@ -19,7 +19,6 @@ class KorviManagerService;
 namespace korvi::ctl {
 
 class SessionClient;
-class LogTap;
 
 // What the effect holds: device -> parameter id -> values.
 using EffectState = std::map<uint32_t, std::map<int32_t, std::vector<int32_t>>>;

@@ -57,7 +57,7 @@ constexpr const char* kHelp =
     "  reload                               re-read the OEM tuning file (integer id RLTF)\n"
     "  raw HEX...                           send request bytes as they are (setSfxParam)\n"
     "  query [-n BYTES] HEX...              send query bytes (getSfxParam), BYTES of answer (4)\n"
-    "  int CODE                             an integer query by its four characters (DTFV, SFXO, ...)\n"
+    "  int CODE                             an integer query by its four characters (DTFV, ...) or 0x number\n"
     "  state | effect                       the state a client sees | all the effect holds\n"
     "  params | help | quit\n"
     "PARAM is a client id 101..116 or its name ('params' lists them); PORT a port number 0..5 or\n"
@@ -242,8 +242,22 @@ void Shell::rawQuery(std::vector<std::string>& words) {
     printf("answer %s (getSfxParam returned %d; ee: not written)\n", hexBytes(out).c_str(), rc);
 }
 
+// A four-character code read most significant byte first ("DTFV"), or a number in 0x-hex.
+bool intCode(const std::string& text, uint32_t* code) {
+    if (text.rfind("0x", 0) == 0) {
+        char* end = nullptr;
+        errno = 0;
+        const unsigned long value = strtoul(text.c_str(), &end, 16);
+        *code = static_cast<uint32_t>(value);
+        return text.size() > 2 && *end == '\0' && errno == 0 && value <= UINT32_MAX;
+    }
+    if (text.size() != 4) return false;
+    *code = 0;
+    for (char c : text) *code = (*code << 8) | static_cast<uint8_t>(c);
+    return true;
+}
+
 bool Shell::dispatch(const std::string& op, std::vector<std::string>& words) {
-    long value = 0;
     if (op == "quit" || op == "exit") return false;
     if (op == "help") {
         printf("%s", kHelp);
@@ -280,15 +294,14 @@ bool Shell::dispatch(const std::string& op, std::vector<std::string>& words) {
     } else if (op == "query") {
         rawQuery(words);
     } else if (op == "int") {
-        if (words.size() != 1 || words[0].size() != 4) return fail("int needs a four-character code such as DTFV"), true;
-        const std::string& c = words[0];
-        const uint32_t code = (uint32_t(uint8_t(c[0])) << 24) | (uint32_t(uint8_t(c[1])) << 16) |
-                              (uint32_t(uint8_t(c[2])) << 8) | uint8_t(c[3]);
-        printf("%s = %ld\n", c.c_str(), service().getIntParam(code));
+        uint32_t code = 0;
+        if (words.size() != 1 || !intCode(words[0], &code)) {
+            return fail("int needs a four-character code such as DTFV, or a 0x number"), true;
+        }
+        printf("%s = %ld\n", words[0].c_str(), service().getIntParam(code));
     } else {
         fail("unknown operation '" + op + "' (try 'help')");
     }
-    (void)value;
     return true;
 }
 
@@ -346,7 +359,8 @@ int runShell(const std::vector<std::string>& args) {
     std::istream& input = rest.empty() ? std::cin : script;
     const bool interactive = rest.empty() && isatty(STDIN_FILENO);
     Shell shell(*session);
-    printf("service up over %s; 'help' lists the operations\n", session->root().c_str());
+    printf("%s\n%s\n'help' lists the operations\n", startupText(*session).c_str(),
+           stateText(session->service()).c_str());
     for (std::string line;;) {
         if (interactive) printf("korvi> "), fflush(stdout);
         if (!std::getline(input, line)) break;
