@@ -5,10 +5,11 @@ ASAN_BUILD ?= build-asan
 TSAN_BUILD ?= build-tsan
 FUZZ_BUILD ?= build-fuzz
 # The thread-safety tests: the shared store's concurrent commit/read test, the service context's
-# changes against concurrent getters, the settings database's two-thread inserts and writes
-# against a second connection, and the tuning reader on several threads.
+# changes against concurrent getters, the service's client-thread stress test, the settings
+# database's two-thread inserts and writes against a second connection, and the tuning reader on
+# several threads.
 TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours|StoreDurability
-TSAN_TARGETS ?= test_sfxparamstorage test_context test_store test_tuning
+TSAN_TARGETS ?= test_sfxparamstorage test_context test_service test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
 
@@ -23,9 +24,11 @@ build: deps
 	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
 	@cmake --build $(BUILD) -j $(JOBS)
 
-# The main job: what the service makes of the bundled factory tuning file.
+# The main job: the service brought up over a scratch copy of the bundled sample device root,
+# then a short client session (profile switch, parameter change, tuning-device choice) showing
+# what each step did to the effect's parameters.
 run: build
-	@$(BUILD)/korvictl inspect --brief data/vendor/etc/korvi/wem-default.xml
+	@$(BUILD)/korvictl shell tools/korvictl/demo.korvi
 
 test: build
 	@cd $(BUILD) && ctest --output-on-failure -j $(JOBS)
@@ -59,7 +62,8 @@ fuzz: deps
 
 # Runs each fuzzer for FUZZ_SECONDS, seeded with the bundled files; new inputs stay in $(FUZZ_BUILD).
 fuzz-run: fuzz
-	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_reader $(FUZZ_BUILD)/corpus/blob_parser
+	@mkdir -p $(FUZZ_BUILD)/corpus/tuning_reader $(FUZZ_BUILD)/corpus/blob_parser \
+	    $(FUZZ_BUILD)/corpus/request_decoder $(FUZZ_BUILD)/corpus/query_encoder
 	$(FUZZ_BUILD)/fuzz/fuzz_tuning_reader -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
 	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/tuning_reader fuzz/corpus/tuning_reader \
 	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
@@ -74,6 +78,10 @@ fuzz-run: fuzz
 	$(FUZZ_BUILD)/fuzz/fuzz_reader_lint -max_total_time=$(FUZZ_SECONDS) -max_len=8192 \
 	    -dict=fuzz/tuning_reader.dict $(FUZZ_BUILD)/corpus/reader_lint fuzz/corpus/tuning_reader \
 	    data/vendor/etc/korvi data/data/vendor/korvi data/formats
+	$(FUZZ_BUILD)/fuzz/fuzz_request_decoder -max_total_time=$(FUZZ_SECONDS) -max_len=256 \
+	    $(FUZZ_BUILD)/corpus/request_decoder fuzz/corpus/request_decoder
+	$(FUZZ_BUILD)/fuzz/fuzz_query_encoder -max_total_time=$(FUZZ_SECONDS) -max_len=64 \
+	    $(FUZZ_BUILD)/corpus/query_encoder fuzz/corpus/query_encoder
 
 clean:
 	rm -rf $(BUILD) $(ASAN_BUILD) $(TSAN_BUILD) $(FUZZ_BUILD)

@@ -26,5 +26,7 @@ bool wantsHelp(const std::vector<std::string>& args);
 int runParams(const std::vector<std::string>& args);
 int runInspect(const std::vector<std::string>& args);
 int runBlob(const std::vector<std::string>& args);
+int runBoot(const std::vector<std::string>& args);
+int runShell(const std::vector<std::string>& args);
 
 }  // namespace korvi::ctl

@@ -52,6 +52,33 @@ const std::vector<Command>& allCommands() {
          "count, then one line per entry: device name (or hex), four-character code, values.\n"
          "A blob the store would refuse prints 'invalid parameter blob: <reason>' and exits 1.\n",
          runBlob},
+        {"boot", "bring the service up over a device root and show its state and the effect's",
+         "usage: korvictl boot [--root DIR] [--json] [--log]\n"
+         "\n"
+         "Brings the whole service up over a device root as a device does (amplifier type, factory\n"
+         "file choice, database built or reused, OEM merge, state, effect path), registers a\n"
+         "client and prints what start-up did, the state a client sees (on/off, profiles with the\n"
+         "selected one marked, per port the selected tuning device and those offered) and what\n"
+         "the effect received, per device, decoded.\n"
+         "\n"
+         "  --root DIR  the device root (DIR/vendor/etc/korvi/, DIR/data/vendor/korvi/, ...); the\n"
+         "              database stays there for the next run. Without it a scratch copy of the\n"
+         "              bundled sample root is used and removed, so no file of yours changes.\n"
+         "  --json      the same as one JSON document\n"
+         "  --log       let the service's own log lines through to stderr\n"
+         "\n"
+         "Exit status: 0 up, 1 the service did not start (one line on stderr), 2 usage error.\n",
+         runBoot},
+        {"shell", "drive a running service as a client, one operation per line",
+         "usage: korvictl shell [--root DIR] [--log] [SCRIPT]\n"
+         "\n"
+         "Brings the service up as 'boot' does and reads client operations, one per line, from\n"
+         "SCRIPT or standard input: select a profile, set and get client parameters, choose tuning\n"
+         "devices, switch on/off, save, reset, reload the OEM file, raw request and query bytes,\n"
+         "integer queries. After each operation it prints the effect parameters that changed, per\n"
+         "device, and the notifications the client received. 'help' inside lists the operations.\n"
+         "An operation in error prints one 'error:' line and the shell goes on.\n",
+         runShell},
     };
     return kCommands;
 }

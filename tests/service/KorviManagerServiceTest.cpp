@@ -1,0 +1,392 @@
+// The service as clients meet it, end to end over a temporary device root with the bundled
+// tuning files and a real database: answers before initialisation, registration and
+// notifications, request events with exactly the persistence each one does, queries and their
+// byte layouts, integer queries and tuning devices.
+#include <gtest/gtest.h>
+
+#include <cutils/properties.h>
+#include <fcntl.h>
+#include <sfxparamstorage/SfxParamStore.h>
+#include <unistd.h>
+
+#include <string>
+#include <vector>
+
+#include "ServiceFixture.h"
+#include "context/AxContextManager.h"
+#include "support/LogCapture.h"
+
+namespace korvi::test {
+namespace {
+
+constexpr const char* kTag = "KorviManagerService";
+constexpr uint32_t code(const char (&text)[5]) {
+    return static_cast<uint32_t>(text[0]) << 24 | static_cast<uint32_t>(text[1]) << 16 |
+           static_cast<uint32_t>(text[2]) << 8 | static_cast<uint32_t>(text[3]);
+}
+
+// The integer query "TCHC" answers to the number clients send for it, 0x43484354, whose letters
+// read "CHCT".
+constexpr uint32_t kTchc = 0x43484354;
+
+Bytes queryWord(uint8_t number, std::initializer_list<int32_t> words = {}) {
+    return request(number, words);
+}
+
+TEST_F(ServiceTest, BeforeInitialisationWritesAnswerMinus19AndQueriesTheirOwnValues) {
+    property_set("persist.vendor.audio.scenario", "");
+    LogCapture logs;
+    sp<KorviManagerService> service = new KorviManagerService();
+    EXPECT_EQ(4, property_get_int32("persist.vendor.audio.scenario", -1));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, kTag, "onFirstRef "));
+    property_set("persist.vendor.audio.scenario", "1");
+    sp<KorviManagerService> second = new KorviManagerService();
+    EXPECT_EQ(1, property_get_int32("persist.vendor.audio.scenario", -1));
+
+    uint8_t bytes[8] = {0, 0, 0, 0, 1, 0, 0, 0};
+    uint8_t out[4] = {0xee, 0xee, 0xee, 0xee};
+    EXPECT_EQ(-19, service->setSfxParam(bytes, sizeof(bytes)));
+    EXPECT_EQ(-19, service->getSfxParam(bytes, 4, out, sizeof(out)));
+    EXPECT_EQ(0xee, out[0]);
+    EXPECT_EQ(-19, service->getAvailableTuningDevicesLen(0));
+    EXPECT_EQ(-19, service->setSelectedTuningDevice(0, bytes, 1));
+    const std::vector<std::pair<uint32_t, long>> answers = {
+            {code("DCCP"), 0}, {code("DEAM"), 0},  {code("DFSA"), -1}, {code("DHSA"), -1},
+            {code("DDSA"), -1}, {code("DVLA"), 0}, {code("SFXO"), 0},  {kTchc, 2},
+            {code("LCTM"), -1000}, {code("LCTP"), -1}, {code("APMO"), 0}, {code("GDEA"), 0},
+            {code("DTFV"), -19}, {code("SPKM"), 0}, {code("SPKP"), 0},  {code("RLTF"), -1},
+            {code("ADEV"), 2}};
+    for (const auto& [id, answer] : answers) EXPECT_EQ(answer, service->getIntParam(id)) << id;
+    // ADEV, asked last, recorded the time of the call.
+    EXPECT_GE(service->getIntParam(code("LCTM")), 0);
+
+    // Without a service state, registering does not initialise; the client is still kept.
+    AxContextManager::getInstance().release();
+    sp<RecordingClient> client = new RecordingClient(5);
+    EXPECT_EQ(0, service->registerClient(client, 1, 5));
+    EXPECT_FALSE(service->isInitialised());
+    EXPECT_EQ(-19, service->setSfxParam(bytes, sizeof(bytes)));
+    EXPECT_EQ(1, service->getIntParam(code("DCCP")));
+    EXPECT_TRUE(client->waitFor(1));
+    service->unregisterClient(client, 1, 5);
+}
+
+TEST_F(ServiceTest, ClientsAreNotifiedInUidOrderCountedByTypeAndRemovedOnUnregisterOrDeath) {
+    startService();
+    Journal journal;
+    LogCapture logs;
+    sp<RecordingClient> ordinary = addClient(20, 5, &journal);
+    sp<RecordingClient> decoder = addClient(10, 3, &journal);
+    sp<RecordingClient> game = addClient(30, 7, &journal);
+    sp<RecordingClient> secondGame = addClient(40, 7, &journal);
+    sp<RecordingClient> sameUid = new RecordingClient(20, &journal);
+    EXPECT_EQ(0, registerClient(sameUid, 4, 20));
+    EXPECT_EQ(-22, registerClient(nullptr, 5, 50));
+    EXPECT_EQ(4, mService->getIntParam(code("LCTP")));  // the last decoder type, even for a kept uid
+    sync();
+
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_WARN, kTag, "register uid already existing 0x14"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_WARN, kTag, "registerClient got NULL client"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Last registered codec type is 4"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "registerClient(type = 5, uid = 20) entry"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "registerClient(type = 5, uid = 20) exit"));
+    // The second registration of uid 20 kept the first callback and still refreshed everyone.
+    EXPECT_EQ(0u, sameUid->count());
+    EXPECT_EQ(std::vector<Bytes>(6, kRefreshAll), ordinary->updates());
+    EXPECT_EQ(1, mService->getIntParam(code("DCCP")));
+    EXPECT_EQ(1, mService->getIntParam(code("GDEA")));
+
+    // A reload tells every client with an empty payload, in uid order, on the caller's thread;
+    // a client whose call fails is logged and the others still hear of it.
+    mRoot.copyFromData("data/vendor/korvi/wem-extra.xml");
+    decoder->setFailing(true);
+    journal.entries.clear();
+    logs.clear();
+    mService->setIntParam(code("RLTF"), 0);
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag,
+                              "Notify clients that SFX params changed after reload tuning file."));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "Call client failed on 10"));
+    std::vector<std::pair<uint32_t, Bytes>> expected = {
+            {10, {}}, {20, {}}, {30, {}}, {40, {}}};
+    EXPECT_EQ(expected, journal.entries);
+    mService->setIntParam(code("RLTX"), 0);
+    EXPECT_EQ(4u, journal.entries.size());
+
+    // Unregistering: a decoder lowers the count, one of two games keeps the flag, the last
+    // clears it; an unknown uid is an error.
+    logs.clear();
+    EXPECT_EQ(0, mService->unregisterClient(decoder, 3, 10));
+    EXPECT_EQ(1, mService->getIntParam(code("DCCP")));  // the probe is a decoder client too
+    EXPECT_EQ(0, mService->unregisterClient(game, 7, 30));
+    EXPECT_EQ(1, mService->getIntParam(code("GDEA")));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 1"));
+    EXPECT_EQ(0, mService->unregisterClient(secondGame, 7, 40));
+    EXPECT_EQ(0, mService->getIntParam(code("GDEA")));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 0"));
+    EXPECT_EQ(-22, mService->unregisterClient(game, 7, 30));
+    EXPECT_TRUE(logs.containsText(kTag, "uid 30 does not exist in Korvi Server"));
+
+    // A client that dies is dropped and hears nothing more; the probe's death lowers the count.
+    ordinary->notifyDeath();
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "binderDied : client uid 20"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "removeNotificationClient(uid = 20) exit"));
+    size_t before = ordinary->count();
+    mService->setIntParam(code("RLTF"), 0);
+    EXPECT_EQ(before, ordinary->count());
+    mRegistered.clear();
+    sp<RecordingClient> probe = mProbe;
+    probe->notifyDeath();
+    EXPECT_EQ(0, mService->getIntParam(code("DCCP")));
+    mProbe = new RecordingClient(kProbeUid);  // for the fixture's own unregistering
+}
+
+// What each client departure leaves on disk: an ordinary client's unregistering saves the
+// working copy, a decoder's does not, nor does a death.
+TEST_F(ServiceTest, OnlyAnOrdinaryClientsDepartureSavesTheWorkingCopy) {
+    enum Departure { kUnregister, kDie };
+    struct Case {
+        int type;
+        Departure departure;
+        bool saved;
+    };
+    for (const Case& c : {Case{5, kUnregister, true}, Case{2, kUnregister, false},
+                          Case{5, kDie, false}, Case{7, kUnregister, false}}) {
+        SCOPED_TRACE(std::to_string(c.type) + (c.departure == kDie ? " dies" : " leaves"));
+        dropDatabase();
+        startService();
+        sp<RecordingClient> client = addClient(60, c.type);
+        send(request(1, {1, 113, 0, 9}));  // profile 1, steerer distance 9
+        sync();
+        ASSERT_EQ(std::vector<int>{9},
+                  mContext->getProfileParameter(1, SPEAKER,
+                                                HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
+        if (c.departure == kDie) {
+            client->notifyDeath();
+        } else {
+            mService->unregisterClient(client, c.type, 60);
+        }
+        mRegistered.clear();
+        stopService();
+        AxContext* restarted = restart();
+        std::vector<int> stored = restarted->getProfileParameter(
+                1, SPEAKER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE);
+        EXPECT_EQ(c.saved, stored == std::vector<int>{9});
+    }
+}
+
+TEST_F(ServiceTest, RequestEventsChangeStateAndPersistExactlyWhatEachOneSaves) {
+    startService();
+    const int profiles = mContext->getNumOfProfiles();
+    ASSERT_GT(profiles, 2);
+    LogCapture logs;
+    bool wasOn = mContext->getSfxOn();
+
+    send(request(0, {wasOn ? 0 : 1}));                // on/off, saved at once
+    send(request(1, {1, 113, 0, 100}));               // clamped to 64, all endpoints
+    send(request(2, {1, 3, 103, 0, 1}));              // headphone port: the headphone endpoint
+    send(request(10, {profiles}));                    // past the last profile: nothing
+    send(request(10, {2}));                           // selected and saved
+    send({1, 0, 0, 0, 10, 0, 0, 0});                  // event written backwards: ignored
+    send(request(1, {1, 113}));                       // header cut: one error line
+    send({0, 0});                                     // no event word: one error line
+    send(request(11, {0}));                           // reserved: ignored
+    sync();
+
+    EXPECT_EQ(!wasOn, mContext->getSfxOn());
+    EXPECT_EQ(2, mContext->getSelectedProfile());
+    EXPECT_EQ(std::vector<int>{64}, mContext->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
+    EXPECT_EQ(std::vector<int>{1}, mContext->getProfileParameter(1, HEADPHONE, VOLUME_LEVELER_ENABLE));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "send para event 0x1"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "send para event 0xa000000"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "set profile 2"));
+    EXPECT_EQ(1u, logs.count(ANDROID_LOG_ERROR, kTag,
+                             "parseAndSendParam: request of 12 bytes is too short for event 1"));
+    EXPECT_EQ(1u, logs.count(ANDROID_LOG_ERROR, kTag,
+                             "parseAndSendParam: request of 2 bytes has no event word"));
+
+    // The on/off state and the selection are on disk; the parameters are not, until event 9.
+    stopService();
+    AxContext* restarted = restart();
+    EXPECT_EQ(!wasOn, restarted->getSfxOn());
+    EXPECT_EQ(2, restarted->getSelectedProfile());
+    EXPECT_NE(std::vector<int>{64}, restarted->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
+
+    mService = new KorviManagerService();
+    registerProbe();
+    mContext = restarted;
+    send(request(1, {1, 113, 0, 100}));
+    send(request(9, {}));
+    sync();
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "save settings"));
+    stopService();
+    EXPECT_EQ(std::vector<int>{64}, restart()->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
+}
+
+TEST_F(ServiceTest, ResetEventAndModifiedQueryFollowEachOther) {
+    startService();
+    const int profiles = mContext->getNumOfProfiles();
+    auto modified = [&](int profile) { return query(queryWord(11, {profile}), 4); };
+    EXPECT_EQ(littleEndianWords({0}), modified(1));
+    send(request(1, {1, 107, 0, 3}));
+    sync();
+    EXPECT_EQ(littleEndianWords({1}), modified(1));
+    send(request(12, {profiles}));  // past the last profile: nothing
+    sync();
+    EXPECT_EQ(littleEndianWords({1}), modified(1));
+    send(request(12, {1}));
+    sync();
+    EXPECT_EQ(littleEndianWords({0}), modified(1));
+    // Outside the profiles, nothing is answered.
+    EXPECT_EQ(Bytes(4, 0xee), modified(profiles));
+    EXPECT_EQ(Bytes(4, 0xee), modified(-1));
+}
+
+TEST_F(ServiceTest, QueriesAnswerTheirLayoutsWithinTheClientsBuffer) {
+    startService();
+    LogCapture logs;
+    send(request(1, {2, 113, 0, 40}));
+    send(request(2, {2, 0, 116, 0, 7}));  // leveler amount: speaker endpoint
+    send(request(2, {2, 3, 116, 0, 3}));  // and headphone endpoint
+    sync();
+    const Bytes untouched4(4, 0xee);
+
+    EXPECT_EQ(littleEndianWords({mContext->getSfxOn() ? 1 : 0}), query(queryWord(0), 4));
+    EXPECT_EQ(littleEndianWords({40}), query(queryWord(1, {113, 2}), 4));
+    // Query 2: byte 8 packs the profile (high four bits) and the port (low four bits).
+    Bytes portQuery = queryWord(2, {116});
+    portQuery.push_back(0x20);
+    EXPECT_EQ(littleEndianWords({7}), query(portQuery, 4));
+    portQuery.back() = 0x23;
+    EXPECT_EQ(littleEndianWords({3}), query(portQuery, 4));
+    EXPECT_EQ(littleEndianWords({mContext->getNumOfProfiles()}), query(queryWord(3), 4));
+    EXPECT_EQ(littleEndianWords({mContext->getNumOfIeqPresets()}), query(queryWord(4), 4));
+    EXPECT_EQ(littleEndianWords({mContext->getSelectedProfile()}), query(queryWord(10), 4));
+    EXPECT_EQ(littleEndianWords({0}), query(queryWord(13), 4));  // the speaker tuning is not mono
+    for (uint8_t silent : {5, 6, 7, 8, 9, 12, 14}) {
+        EXPECT_EQ(untouched4, query(queryWord(silent), 4)) << int(silent);
+    }
+
+    // The 20 GEQ gains fit 80 bytes, not 79; a single value needs four bytes.
+    Bytes geq = query(queryWord(1, {110, 2}), 80);
+    EXPECT_NE(Bytes(80, 0xee), geq);
+    EXPECT_EQ(Bytes(79, 0xee), query(queryWord(1, {110, 2}), 79));
+    EXPECT_EQ(Bytes(3, 0xee), query(queryWord(3), 3));
+    EXPECT_EQ(2u, logs.count(ANDROID_LOG_ERROR, kTag,
+                             "packAndReceiveParam : Invalid output length, not enough buffer!"));
+    EXPECT_EQ(untouched4, query({0, 0, 0}, 4));
+    EXPECT_EQ(untouched4, query(queryWord(1, {110}), 4));
+    EXPECT_EQ(2u, logs.count(ANDROID_LOG_ERROR, kTag, "packAndReceiveParam : Invalid input length!"));
+}
+
+TEST_F(ServiceTest, IntegerQueriesReadTheSpeakerPortOfTheSelectedProfile) {
+    startService();
+    send(request(2, {mContext->getSelectedProfile(), 0, 108, 0, 11}));  // dialog-enhancer amount
+    send(request(2, {mContext->getSelectedProfile(), 0, 116, 0, 6}));   // leveler amount
+    sync();
+    auto first = [&](Parameter parameter) {
+        std::vector<int>& values = mContext->getSelectedTuningParameter(PORT_INTERNAL_SPEAKER, parameter);
+        return values.empty() ? 0 : values[0];
+    };
+    EXPECT_EQ(11, mService->getIntParam(code("DEAM")));
+    EXPECT_EQ(6, mService->getIntParam(code("DVLA")));
+    EXPECT_EQ(first(VIRTUALIZER_FRONT_SPEAKER_ANGLE), mService->getIntParam(code("DFSA")));
+    EXPECT_EQ(first(VIRTUALIZER_HEIGHT_SPEAKER_ANGLE), mService->getIntParam(code("DHSA")));
+    EXPECT_EQ(first(VIRTUALIZER_SURROUND_SPEAKER_ANGLE), mService->getIntParam(code("DDSA")));
+    EXPECT_EQ(first(ORIENTATION) == 0 ? 1 : 0, mService->getIntParam(code("SPKP")));
+    EXPECT_EQ(0, mService->getIntParam(code("SPKM")));
+    EXPECT_EQ(mContext->getSfxOn() ? 1 : 0, mService->getIntParam(code("SFXO")));
+    EXPECT_EQ(mContext->getProfile(mContext->getSelectedProfile())->isMobility() ? 1 : 0,
+              mService->getIntParam(code("APMO")));
+    EXPECT_EQ(3005000, mService->getIntParam(code("DTFV")));  // format version 3.5.0
+    EXPECT_EQ(2, mService->getIntParam(kTchc));
+    EXPECT_EQ(-1, mService->getIntParam(code("TCHC")));
+}
+
+TEST_F(ServiceTest, FormatVersionTextsThatAreNotThreeSmallNumbersAnswerMinus22) {
+    struct Case {
+        const char* major;
+        long expected;
+        const char* message;
+    };
+    // The version text is the factory file's format_version attributes joined by dots.
+    for (const Case& c : {Case{"999", 999005000, nullptr},
+                          Case{"1000", -22, "XML version 1000.5.0 is invalid!"},
+                          Case{"3a", -22, "XML version 3a.5.0 is not in Major.Minor.Maintain format!"},
+                          Case{"1.2", -22, "XML version 1.2.5.0 is not in Major.Minor.Maintain format!"}}) {
+        SCOPED_TRACE(c.major);
+        mContext = start({{"<format_version major=\"3\"",
+                           std::string("<format_version major=\"") + c.major + "\""}});
+        ASSERT_NE(nullptr, mContext);
+        mService = new KorviManagerService();
+        registerProbe();
+        LogCapture logs;
+        EXPECT_EQ(c.expected, mService->getIntParam(code("DTFV")));
+        if (c.message != nullptr) {
+            EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, c.message)) << logs.dump();
+        }
+        stopService();
+    }
+}
+
+TEST_F(ServiceTest, TuningDevicesArePackedListedAndSelectedThroughTheHandler) {
+    startService();
+    LogCapture logs;
+    std::vector<std::string> names = mContext->getAvailableTuningDevice(PORT_HEADPHONE);
+    ASSERT_GE(names.size(), 2u);
+    std::string packed;
+    for (const std::string& name : names) packed.append(name.c_str(), name.size() + 1);
+    ASSERT_EQ(static_cast<int>(packed.size()), mService->getAvailableTuningDevicesLen(3));
+
+    std::vector<char> exact(packed.size(), 'x');
+    EXPECT_EQ(0, mService->getAvailableTuningDevices(3, exact.data(), exact.size()));
+    EXPECT_EQ(packed, std::string(exact.begin(), exact.end()));
+    std::vector<char> shortBy1(packed.size() - 1, 'x');
+    EXPECT_EQ(-22, mService->getAvailableTuningDevices(3, shortBy1.data(), shortBy1.size()));
+    EXPECT_EQ(std::string(shortBy1.size(), 'x'), std::string(shortBy1.begin(), shortBy1.end()));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag,
+            "getAvailableTuningDevices not enough buffer for transferring device name lists for port 3"));
+    EXPECT_EQ(-22, mService->getAvailableTuningDevicesLen(6));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "getAvailableTuningDevicesLen invalid port number, 6"));
+    EXPECT_EQ("", mService->getSelectedTuningDevice(-1));
+
+    // The name travels without a terminating zero; an unknown name changes nothing.
+    std::string chosen = names.back() == mService->getSelectedTuningDevice(3) ? names.front() : names.back();
+    std::string unknown = "no such device";
+    EXPECT_EQ(0, mService->setSelectedTuningDevice(3, chosen.data(), chosen.size()));
+    sync();
+    EXPECT_EQ(chosen, mService->getSelectedTuningDevice(3));
+    EXPECT_EQ(0, mService->setSelectedTuningDevice(3, unknown.data(), unknown.size()));
+    EXPECT_EQ(-22, mService->setSelectedTuningDevice(7, unknown.data(), unknown.size()));
+    sync();
+    EXPECT_EQ(chosen, mService->getSelectedTuningDevice(3));
+}
+
+TEST_F(ServiceTest, DeniedDumpWritesNothingAndStoreCallsReachTheSharedStore) {
+    startService();
+    int fds[2];
+    ASSERT_EQ(0, pipe(fds));
+    mService->dumpPermissionDenial(fds[1]);
+    const char marker = '!';
+    ASSERT_EQ(1, write(fds[1], &marker, 1));
+    char first = 0;
+    ASSERT_EQ(1, read(fds[0], &first, 1));
+    EXPECT_EQ('!', first);  // nothing came before the marker
+    close(fds[0]);
+    close(fds[1]);
+
+    android::SfxParamStore::getInstance().clear();
+    const int values[2] = {7, -7};
+    EXPECT_EQ(0, mService->setParam(0x4, 0x41424344, values, 2));
+    EXPECT_EQ(0, mService->commitChange());
+    android::KeyedVector<uint32_t, android::SfxParamCache*> params;
+    int version = 0;
+    EXPECT_EQ(0, mService->getStoredParams(&params, false, &version));
+    EXPECT_EQ(1, version);
+    EXPECT_EQ(1u, params.size());
+    EXPECT_EQ(0x4u, params.keyAt(0));
+    android::SfxParamStore::releaseStoredParams(&params);
+}
+
+}  // namespace
+}  // namespace korvi::test
