@@ -24,6 +24,8 @@ foreach(dir ${KORVI_PLATFORM_INCLUDES})
 endforeach()
 
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR})
+# The sample device root: an installed korvictl boots over a scratch copy of it by default.
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/data/ DESTINATION ${CMAKE_INSTALL_DATADIR}/krvaxservice/data)
 install(FILES ${PROJECT_SOURCE_DIR}/README.md DESTINATION ${CMAKE_INSTALL_DOCDIR})
 
 install(EXPORT krvaxserviceTargets NAMESPACE krvaxservice:: DESTINATION ${KORVI_CMAKE_DIR})

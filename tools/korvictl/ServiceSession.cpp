@@ -153,6 +153,14 @@ private:
 };
 
 std::string bundledDeviceRoot() {
+    // An installed tool has the samples under share/ beside its bin/; a built one, in the
+    // source tree it was built from.
+    std::error_code ec;
+    const fs::path installed =
+            fs::read_symlink("/proc/self/exe", ec).parent_path() / "../share/krvaxservice/data";
+    if (!ec && fs::is_directory(installed / "vendor", ec)) {
+        return installed.lexically_normal().string();
+    }
     return KORVICTL_DATA_DIR;
 }
 
