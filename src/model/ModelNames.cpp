@@ -1,9 +1,9 @@
+#define LOG_TAG "ParameterValues"
 // Name lookups of the model's enumerations.
 #include "model/AndroidDevice.h"
 #include "model/Endpoint.h"
 #include "model/Parameter.h"
 
-#define LOG_TAG "ParameterValues"
 #include <log/log.h>
 
 namespace korvi {
