@@ -179,14 +179,14 @@ TEST_F(OpenDatabaseTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchange
     DeviceTuning a("a", "usb", "hp"), b("b", "usb", "hp"), c("c", "hdmi", "hp");
     ASSERT_EQ(db->insertValue(&a, "default") | db->insertValue(&b, "oem") | db->insertValue(&c, "default"), 0);
 
+    // Every column of the row comes back, an empty text as an empty list.
     Profile profile(2, "", false);
     ASSERT_EQ(db->queryProfileValue("2", "default", &profile), 0);
-    EXPECT_EQ(profile.getId(), 1);
-    EXPECT_EQ(profile.getName(), "Music");
-    EXPECT_TRUE(profile.isMobility());
-    EXPECT_EQ(profile.getSelectedGeqPreset(), 5);
-    EXPECT_EQ(profile.mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
-    EXPECT_TRUE(profile.mValues.at(CUSTOM_DRC_METADATA).empty());
+    EXPECT_EQ(profile.toString(), "id=1\nprofileId=2\nname=Music\nmobility=true\nselectedGeqPreset=5\n"
+                                  "custom_drc_metadata=\nmi_adaptive_virtualizer_steering_enable=\n"
+                                  "mi_dv_leveler_steering_enable=\nmi_ieq_steering_enable=\n"
+                                  "mi_surround_compressor_steering_enable=\nreverb_suppression_amount=\n"
+                                  "reverb_suppression_enable=\nvolume_modeler_enable=1,\n");
 
     // Lists written by hand with blanks read back the same.
     RawDb(path).exec("UPDATE profiles SET reverb_suppression_amount='1, -2,3' WHERE profile_id='2'");
@@ -196,18 +196,15 @@ TEST_F(OpenDatabaseTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchange
     LogCapture logs;
     IeqPreset ieq(1, "");
     ASSERT_EQ(db->queryIeqValue("1", "default", &ieq), 0);
-    EXPECT_EQ(ieq.getName(), "balanced");
-    EXPECT_EQ(ieq.mValues.at(IEQ_FREQUENCY), (std::vector<int>{100, 200}));
+    EXPECT_EQ(ieq.toString(), "id=1\npresetId=1\nname=balanced\nieq_frequency=100,200,\nieq_target=\n");
     EXPECT_EQ(ieq.mValues.at(IEQ_ID), std::vector<int>{1});
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "ieqId: 1, name: balanced"));
 
     std::vector<std::unique_ptr<DeviceTuning>> devices;
     ASSERT_EQ(db->queryDeviceTunings("usb", devices), 0);
     ASSERT_EQ(devices.size(), 2u);
-    EXPECT_EQ(devices[0]->getDevice(), "a");
-    EXPECT_EQ(devices[1]->getDevice(), "b");
-    EXPECT_EQ(devices[1]->getTuning(), "hp");
-    EXPECT_EQ(devices[1]->getId(), 2);
+    EXPECT_EQ(devices[0]->toString() + "|" + devices[1]->toString(),
+              "id=1\ndevice=a\nport=usb\ntuning=hp|id=2\ndevice=b\nport=usb\ntuning=hp");
 
     std::vector<std::string> names;
     ASSERT_EQ(db->queryProfileNames(names, "default"), 0);
