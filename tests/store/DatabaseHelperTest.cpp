@@ -352,6 +352,21 @@ TEST_F(DatabaseHelperTest, StatementsThatFailAreLoggedWithTheirSql) {
     EXPECT_TRUE(logs.containsText(kTag, "failed to prepare sql command: SELECT * FROM tunings WHERE name=?, ret = 1, line "));
     EXPECT_EQ(db->commitTransaction(), 1);  // no transaction is open
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "failed to exec SQL: COMMIT"));
+    std::vector<RowData> rows;
+    EXPECT_EQ(db->getAllRows(rows, "tunings"), 1);
+    EXPECT_EQ(db->insertConfigurationValue("k", "v"), 1);
+    EXPECT_EQ(db->updateSfxStatus("State", true), 1);
+    EXPECT_TRUE(logs.containsText(kTag, "UPDATE configuration SET value=? WHERE key=?")) << logs.dump();
+}
+
+TEST_F(OpenDatabaseTest, AStepThatFailsIsLoggedAndReported) {
+    RawDb raw(path);
+    raw.exec("DROP TABLE tunings");
+    raw.exec("CREATE VIEW tunings AS SELECT abs(-9223372036854775807 - 1) AS name");  // overflows when read
+    LogCapture logs;
+    std::vector<RowData> rows;
+    EXPECT_EQ(db->getAllRows(rows, "tunings"), 1);
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "failed to exec SQL: SELECT * FROM tunings")) << logs.dump();
 }
 
 }  // namespace
