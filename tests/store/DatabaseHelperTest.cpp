@@ -160,11 +160,14 @@ TEST_F(OpenDatabaseTest, RowIdsBelowOneBecomeRowCountPlusOneAndAreWrittenBack) {
     GeqPreset next(12);
     ASSERT_EQ(db->insertValue(&next, "custom", -1), 0);
     EXPECT_EQ(next.getId(), 4);
+    GeqPreset one(13);
+    ASSERT_EQ(db->insertValue(&one, "custom", 1), 0);  // 1 is a given row id too
+    EXPECT_EQ(one.getId(), -1);
     DeviceTuning device(33, "d", "usb", "t");
     ASSERT_EQ(db->insertValue(&device, "default"), 0);  // its own id 33 is used as given
     RawDb raw(path);
-    EXPECT_EQ(raw.rows("SELECT _id, profile_id FROM geq_presets WHERE _id > 1 ORDER BY _id"),
-              (std::vector<Row>{{"2", "10"}, {"4", "12"}, {"40", "11"}}));
+    EXPECT_EQ(raw.rows("SELECT _id, profile_id FROM geq_presets ORDER BY _id, profile_id"),
+              (std::vector<Row>{{"1", "0"}, {"1", "13"}, {"2", "10"}, {"4", "12"}, {"40", "11"}}));
     EXPECT_EQ(raw.value("SELECT _id FROM device_tunings"), "33");
 }
 
