@@ -309,6 +309,34 @@ TEST_F(ProviderTest, AFailedReadLeavesTheCachedRecordAsItWas) {
     EXPECT_EQ(profile->getName(), "Dynamic");
 }
 
+TEST_F(ProviderTest, InitAgainStartsFromFreshRecords) {
+    ASSERT_TRUE(provider->init());
+    ASSERT_EQ(provider->loadProfile(0)->getName(), "Dynamic");
+    raw->exec("DELETE FROM profiles WHERE profile_id='0' AND custom_name='custom'");
+    ASSERT_TRUE(provider->init());
+    // The row is gone, so the load fails and leaves the new placeholder, not the record of before.
+    EXPECT_EQ(provider->loadProfile(0)->toString(), "id=-1\nprofileId=0\nname=\nmobility=false\nselectedGeqPreset=0\n");
+}
+
+TEST_F(ProviderTest, ACreateWhoseCustomRowFailsReportsItAndStaysDirty) {
+    for (const char* table : {"profiles", "geq_presets"}) {
+        raw->exec(std::string("CREATE TRIGGER refuse_") + table + " BEFORE INSERT ON " + table +
+                  " WHEN NEW.custom_name='custom' BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    }
+    Profile profile(5, "Game", false);
+    EXPECT_EQ(provider->create(&profile), 1);
+    EXPECT_TRUE(profile.isDirty());
+    GeqPreset geq(5);
+    EXPECT_EQ(provider->create(&geq), 1);
+    EXPECT_TRUE(geq.isDirty());
+    EXPECT_EQ(raw->rows("SELECT custom_name FROM profiles WHERE profile_id='5'"), (std::vector<Row>{{"default"}}));
+    // A create that goes through leaves the record clean.
+    GeqPreset other(6);
+    raw->exec("DROP TRIGGER refuse_geq_presets");
+    EXPECT_EQ(provider->create(&other), 0);
+    EXPECT_FALSE(other.isDirty());
+}
+
 TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
     TempDeviceRoot root;
     std::filesystem::remove_all(root.path("data/vendor/korvi"));
@@ -322,6 +350,8 @@ TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
     Profile profile(0, "p", false);
     EXPECT_EQ(provider.create(&profile), 1);
     EXPECT_TRUE(profile.isDirty());
+    GeqPreset geq(0);
+    EXPECT_EQ(provider.create(&geq), 1);
     EXPECT_EQ(provider.save(&profile), 1);
     EXPECT_TRUE(profile.isDirty());
     EXPECT_TRUE(provider.loadDeviceTuningsForPort(PORT_USB).empty());
