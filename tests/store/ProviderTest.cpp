@@ -176,6 +176,7 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
     GeqPreset* geq = provider->loadGeqPreset(0);
     ASSERT_NE(geq, nullptr);
     EXPECT_EQ(geq->getId(), 2);
+    EXPECT_FALSE(geq->isDirty());
     geq->set(GEQ_GAIN, {-5});
     ASSERT_EQ(provider->save(geq), 0);
     EXPECT_EQ(raw->value("SELECT geq_gain FROM geq_presets WHERE _id=2 AND custom_name='custom'"), "-5");
@@ -335,6 +336,9 @@ TEST_F(ProviderTest, ACreateWhoseCustomRowFailsReportsItAndStaysDirty) {
     raw->exec("DROP TRIGGER refuse_geq_presets");
     EXPECT_EQ(provider->create(&other), 0);
     EXPECT_FALSE(other.isDirty());
+    ProfileEndpoint endpoint(6, SPEAKER, 0);
+    EXPECT_EQ(provider->create(&endpoint), 0);
+    EXPECT_FALSE(endpoint.isDirty());
 }
 
 TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
