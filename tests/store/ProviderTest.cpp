@@ -143,15 +143,19 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
     EXPECT_FALSE(profile->isDirty());
     ASSERT_TRUE(profile->checkAndUpdate(VOLUME_MODELER_ENABLE, {7}));
     profile->setSelectedGeqPreset(0);
+    profile->setName("Film");
+    profile->setMobility(false);
     ASSERT_EQ(provider->save(profile), 0);
     EXPECT_FALSE(profile->isDirty());
-    EXPECT_EQ(raw->rows("SELECT _id, custom_name, selected_geq_preset_id, volume_modeler_enable FROM profiles WHERE profile_id='1' ORDER BY _id"),
-              (std::vector<Row>{{"3", "default", "1", "1"}, {"4", "custom", "0", "7"}}));
+    EXPECT_EQ(raw->rows("SELECT _id, custom_name, name, is_mobility, selected_geq_preset_id, volume_modeler_enable FROM profiles WHERE profile_id='1' ORDER BY _id"),
+              (std::vector<Row>{{"3", "default", "Movie", "1", "1", "1"}, {"4", "custom", "Film", "0", "0", "7"}}));
     EXPECT_EQ(provider->loadDefaultProfile(1)->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
 
     EXPECT_EQ(provider->reset(profile), profile);
     EXPECT_EQ(profile->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
     EXPECT_EQ(profile->getSelectedGeqPreset(), 1);
+    EXPECT_EQ(profile->getName(), "Movie");
+    EXPECT_TRUE(profile->isMobility());
     EXPECT_EQ(profile->getId(), 4);  // still the custom row's record
     EXPECT_TRUE(profile->isDirty());
     EXPECT_EQ(raw->value("SELECT volume_modeler_enable FROM profiles WHERE _id=4"), "7");  // reset alone writes nothing
