@@ -2,6 +2,8 @@
 // defaults each family adds, dropped tunings, both endpoint tables and accumulation.
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <set>
 #include <stdexcept>
 
 #include "support/LogCapture.h"
@@ -338,6 +340,20 @@ TEST(TuningFileParser, Format330NamesPresetsAndIncludesByText) {
     EXPECT_EQ(endpointOf(data, 0, SPEAKER).mValues, (ValueMap{{IEQ_ENABLE, {1}}, {VIRTUAL_BASS_TYPE, {1}}}));
     EXPECT_EQ(endpointOf(data, 0, HEADPHONE).getSelectedIeqPreset(), 2);
     EXPECT_EQ(endpointOf(data, 0, OTHER).getSelectedIeqPreset(), 0);
+}
+
+// Preset ids read like atoi (blanks, a sign, digits up to the first other character), except
+// that numbers too large for an int are clamped.
+TEST(TuningFileParser, PresetIdsReadLikeAtoiButClamp) {
+    std::string presets;
+    for (const char* id : {" \t+4", "-2x", "99999999999", "-99999999999", "-", ""}) {
+        presets += std::string("    <preset id=\"") + id + "\" name=\"n\" type=\"ieq\"/>\n";
+    }
+    TempDeviceRoot root;
+    TuningFileParser parser(root.write("ids.xml", "<korvi_tuning>\n" + presets + "</korvi_tuning>\n"));
+    std::multiset<int> ids;
+    for (IeqPreset* preset : parser.getDeviceData()->getIeqPresets()) ids.insert(preset->getPresetId());
+    EXPECT_EQ(ids, (std::multiset<int>{INT_MIN, -2, 0, 0, 4, INT_MAX}));
 }
 
 TEST(TuningFileParser, IeqPresetNamesAreTestedInAFixedOrder) {
