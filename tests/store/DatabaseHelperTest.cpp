@@ -52,7 +52,9 @@ TEST_F(DatabaseHelperTest, InitCreatesTheSevenTablesExactlyAsTheSchemaSaysAndASe
     EXPECT_EQ(db->buildColumnString(TABLE_CONFIGURATION), " (_id INTEGER, key TEXT, value TEXT)");
     EXPECT_EQ(db->buildColumnString(7), " ()");
     EXPECT_EQ(db->buildColumnString(-1), " ()");
+    EXPECT_EQ(db->getRowCount("sqlite_master"), 0);
     ASSERT_EQ(db->init(), 0);
+    EXPECT_EQ(db->getRowCount("sqlite_master"), 7);  // only the seven tables' counts are kept
     ASSERT_TRUE(std::filesystem::exists(path));
 
     RawDb raw(path);
