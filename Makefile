@@ -12,6 +12,10 @@ TSAN_TESTS ?= Concurrency|TwoThreads|ReaderNeighbours|StoreDurability
 TSAN_TARGETS ?= test_sfxparamstorage test_context test_service test_store test_tuning
 FUZZ_SECONDS ?= 600
 ROOT := $(CURDIR)
+# Builds quietly: the compiler's progress goes to DIR/build.log and is shown only when the build
+# fails, so a person sees the result they asked for. $(call quiet_build,DIR[,cmake --build options])
+quiet_build = cmake --build $(1) -j $(JOBS) $(2) >$(1)/build.log 2>&1 || \
+    { cat $(1)/build.log; echo "build failed; full log in $(1)/build.log" >&2; exit 1; }
 
 .PHONY: all deps build run test test-asan test-tsan check-builds bench fuzz fuzz-run clean
 
@@ -22,7 +26,7 @@ deps:
 
 build: deps
 	@cmake -S . -B $(BUILD) -DCMAKE_BUILD_TYPE=RelWithDebInfo >/dev/null
-	@cmake --build $(BUILD) -j $(JOBS)
+	@$(call quiet_build,$(BUILD))
 
 # The main job: the service brought up over a scratch copy of the bundled sample device root,
 # then a short client session (profile switch, parameter change, tuning-device choice) showing
@@ -35,14 +39,14 @@ test: build
 
 test-asan: deps
 	@cmake -S . -B $(ASAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKORVI_SANITIZE=ON -DKORVI_BENCH=OFF >/dev/null
-	@cmake --build $(ASAN_BUILD) -j $(JOBS)
+	@$(call quiet_build,$(ASAN_BUILD))
 	@cd $(ASAN_BUILD) && ASAN_OPTIONS=detect_leaks=1:abort_on_error=0 UBSAN_OPTIONS=print_stacktrace=1:halt_on_error=1 \
 	    ctest --output-on-failure -j $(JOBS)
 
 test-tsan: deps
 	@cmake -S . -B $(TSAN_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKORVI_TSAN=ON -DKORVI_BENCH=OFF \
 	    -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ >/dev/null
-	@cmake --build $(TSAN_BUILD) -j $(JOBS) --target $(TSAN_TARGETS)
+	@$(call quiet_build,$(TSAN_BUILD),--target $(TSAN_TARGETS))
 	@cd $(TSAN_BUILD) && TSAN_OPTIONS=halt_on_error=1 ctest --output-on-failure -j $(JOBS) -R "$(TSAN_TESTS)"
 
 # The builds integrators use: the device recipe (formatted, complete, built on this machine by
@@ -53,12 +57,12 @@ check-builds: build
 	@scripts/check-cmake-package.sh $(BUILD)
 
 bench: build
-	@for b in $(BUILD)/bench/*; do [ -x "$$b" ] && [ -f "$$b" ] && "$$b"; done
+	@for b in $(BUILD)/bench/bench_*; do [ -f "$$b" ] && [ -x "$$b" ] || continue; "$$b" || exit 1; done
 
 fuzz: deps
 	@cmake -S . -B $(FUZZ_BUILD) -DCMAKE_BUILD_TYPE=Debug -DKORVI_FUZZ=ON -DKORVI_TESTS=OFF -DKORVI_BENCH=OFF \
 	    -DCMAKE_C_COMPILER=clang -DCMAKE_CXX_COMPILER=clang++ >/dev/null
-	@cmake --build $(FUZZ_BUILD) -j $(JOBS)
+	@$(call quiet_build,$(FUZZ_BUILD))
 
 # Runs each fuzzer for FUZZ_SECONDS, seeded with the bundled files; new inputs stay in $(FUZZ_BUILD).
 fuzz-run: fuzz

@@ -1,6 +1,6 @@
+#define LOG_TAG "ParameterValues"
 #include "model/ParameterValues.h"
 
-#define LOG_TAG "ParameterValues"
 #include <log/log.h>
 
 namespace korvi {

@@ -1,26 +1,17 @@
-// The library-wide helpers: device-root paths, integer text, the fatal-exit helper and the test
-// support itself (log capture, temporary device roots).
+// The library-wide helpers: device-root paths, integer text, the fatal-exit helper and the
+// system-property shim.
 #include <gtest/gtest.h>
 
-#define LOG_TAG "CommonTest"
-#include <log/log.h>
-
 #include <climits>
-#include <filesystem>
 
 #include "common/DeviceRoot.h"
 #include "common/FatalExit.h"
 #include "common/IntText.h"
-#include "support/LogCapture.h"
-#include "support/TempDeviceRoot.h"
 
 #include <cutils/properties.h>
 
 namespace korvi {
 namespace {
-
-using test::LogCapture;
-using test::TempDeviceRoot;
 
 TEST(DeviceRoot, PrefixesFixedPathsAndDropsTrailingSlashes) {
     const std::string previous = getDeviceRoot();
@@ -32,42 +23,6 @@ TEST(DeviceRoot, PrefixesFixedPathsAndDropsTrailingSlashes) {
     setDeviceRoot("/");
     EXPECT_EQ(devicePath("/data/vendor/korvi"), "/data/vendor/korvi");
     setDeviceRoot(previous);
-}
-
-TEST(TempDeviceRoot, LaysOutADeviceAndRemovesItAfterwards) {
-    const std::string before = getDeviceRoot();
-    std::string dir;
-    {
-        TempDeviceRoot root;
-        dir = root.dir();
-        EXPECT_EQ(getDeviceRoot(), dir);
-        EXPECT_TRUE(std::filesystem::is_directory(root.path("vendor/etc/korvi")));
-        EXPECT_TRUE(std::filesystem::is_directory(root.path("/data/vendor/korvi")));
-        EXPECT_TRUE(std::filesystem::is_directory(root.path("sys/kernel/smartpa")));
-        root.write("sys/kernel/smartpa/smartpa_type", "fs19xx\n");
-        EXPECT_EQ(root.read("/sys/kernel/smartpa/smartpa_type"), "fs19xx\n");
-        EXPECT_EQ(devicePath("/sys/kernel/smartpa/smartpa_type"), root.path("sys/kernel/smartpa/smartpa_type"));
-    }
-    EXPECT_FALSE(std::filesystem::exists(dir));
-    EXPECT_EQ(getDeviceRoot(), before);
-}
-
-TEST(LogCapture, RecordsEveryPriorityWithTagAndMessageAndRestoresAfterwards) {
-    {
-        LogCapture logs;
-        __android_log_print(ANDROID_LOG_VERBOSE, "CommonTest", "verbose %d", 1);
-        ALOGD("%s() entry", "init");
-        ALOGE("bad value %d", -22);
-        ASSERT_EQ(logs.lines().size(), 3u) << logs.dump();
-        EXPECT_TRUE(logs.contains(ANDROID_LOG_VERBOSE, "CommonTest", "verbose 1"));
-        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, "CommonTest", "init() entry"));
-        EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "CommonTest", "bad value -22"));
-        EXPECT_FALSE(logs.contains(ANDROID_LOG_WARN, "CommonTest", "bad value -22"));
-        EXPECT_TRUE(logs.containsText("CommonTest", "value"));
-        logs.clear();
-        EXPECT_TRUE(logs.lines().empty());
-    }
-    EXPECT_NE(__android_log_get_minimum_priority(), ANDROID_LOG_VERBOSE);
 }
 
 TEST(IntText, ReadsNumbersSeparatedByCommasBlanksOrBoth) {

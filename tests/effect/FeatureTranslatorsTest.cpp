@@ -101,12 +101,7 @@ TEST(FeatureTranslators, VirtualBassRangesJoinLowAndHighAndIeqAndGeqLeadWithThei
     std::vector<int> gebs{10};
     gebs.insert(gebs.end(), freq.begin(), freq.end());
     gebs.insert(gebs.end(), gain.begin(), gain.end());
-    const std::vector<int> words = run(GeqTranslator(), v);
-    EXPECT_EQ(words, entries({entry(kDevice, "GEBS", gebs), entry(kDevice, "VCBF", freq)}));
-    // Ten bands: "GEBS" counts 21, "VCBF" 10.
-    ASSERT_GT(words.size(), 27u);
-    EXPECT_EQ(words[2], 21);
-    EXPECT_EQ(words[24 + 2], 10);
+    EXPECT_EQ(run(GeqTranslator(), v), entries({entry(kDevice, "GEBS", gebs), entry(kDevice, "VCBF", freq)}));
 }
 
 TEST(FeatureTranslators, OutputModeOffTheSpeakerCarriesTheEndpointKind) {

@@ -10,7 +10,6 @@
 namespace korvi {
 namespace {
 
-using test::codeId;
 using test::entry;
 using test::RecordingEffect;
 
@@ -62,10 +61,6 @@ TEST(SetParamCommand, EachAddFormLaysOutItsEntry) {
     expected[1] = 6;
     ASSERT_EQ(effect.blobs.size(), 1u);
     EXPECT_EQ(effect.blobs[0], expected);
-    // The leading-value form with two lists of five counts 11.
-    const size_t iebs = 2 + 3 + 1 + 3 + 3 + 3 + 0 + 3 + 10;
-    EXPECT_EQ(expected[iebs + 1], codeId("IEBS"));
-    EXPECT_EQ(expected[iebs + 2], 11);
 }
 
 TEST(SetParamCommandDeathTest, ProgrammingErrorsAbort) {

@@ -116,6 +116,7 @@ TEST(Records, ConstructorsSetIdsDirtyFlagsAndDefaults) {
         ASSERT_EQ(ieq.mValues.size(), 1u);
         EXPECT_EQ(ieq.mValues.at(IEQ_ID), std::vector<int>{2});
     }
+    EXPECT_EQ(IeqPreset(2, "b").getId(), -1);
     EXPECT_EQ(IeqPreset(11, 2, "b").getId(), 11);
 
     DeviceTuning dt("Buds", "bluetooth", "bt_tuning");

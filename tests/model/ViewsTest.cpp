@@ -89,6 +89,7 @@ TEST(Views, ConstructionBindsTheObserverAtOnceWithOtherAndNotMono) {
         EXPECT_EQ(observer->events[0].endpoint, OTHER);
         EXPECT_FALSE(observer->events[0].mono);
         EXPECT_EQ(view->getId(), -1);
+        EXPECT_FALSE(view->isDirty());
         EXPECT_TRUE(view->mValues.empty());
     }
 }

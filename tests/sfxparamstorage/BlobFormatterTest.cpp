@@ -51,6 +51,9 @@ TEST(BlobFormatter, ReadsCodesBackFromIdsAndHexForIdsNoCodeYields) {
     EXPECT_EQ(BlobFormatter::codeText(0x00000070), "P");
     // Non-letters pass through the id rule unchanged.
     EXPECT_EQ(BlobFormatter::codeText(0x00326576), "VE2");
+    // The printable range ends on both sides: '!' and '~' are code bytes, blank and DEL are not.
+    EXPECT_EQ(BlobFormatter::codeText(0x007e6121), "!A~");
+    EXPECT_EQ(BlobFormatter::codeText(0x007f6121), "0x007f6121");
     // Never made by the rule: upper-case bytes, a hole, control or non-ASCII bytes, 0.
     EXPECT_EQ(BlobFormatter::codeText(0x454c5644), "0x454c5644");
     EXPECT_EQ(BlobFormatter::codeText(0x65006476), "0x65006476");

@@ -52,7 +52,9 @@ TEST_F(DatabaseHelperTest, InitCreatesTheSevenTablesExactlyAsTheSchemaSaysAndASe
     EXPECT_EQ(db->buildColumnString(TABLE_CONFIGURATION), " (_id INTEGER, key TEXT, value TEXT)");
     EXPECT_EQ(db->buildColumnString(7), " ()");
     EXPECT_EQ(db->buildColumnString(-1), " ()");
+    EXPECT_EQ(db->getRowCount("sqlite_master"), 0);
     ASSERT_EQ(db->init(), 0);
+    EXPECT_EQ(db->getRowCount("sqlite_master"), 7);  // only the seven tables' counts are kept
     ASSERT_TRUE(std::filesystem::exists(path));
 
     RawDb raw(path);
@@ -160,11 +162,14 @@ TEST_F(OpenDatabaseTest, RowIdsBelowOneBecomeRowCountPlusOneAndAreWrittenBack) {
     GeqPreset next(12);
     ASSERT_EQ(db->insertValue(&next, "custom", -1), 0);
     EXPECT_EQ(next.getId(), 4);
+    GeqPreset one(13);
+    ASSERT_EQ(db->insertValue(&one, "custom", 1), 0);  // 1 is a given row id too
+    EXPECT_EQ(one.getId(), -1);
     DeviceTuning device(33, "d", "usb", "t");
     ASSERT_EQ(db->insertValue(&device, "default"), 0);  // its own id 33 is used as given
     RawDb raw(path);
-    EXPECT_EQ(raw.rows("SELECT _id, profile_id FROM geq_presets WHERE _id > 1 ORDER BY _id"),
-              (std::vector<Row>{{"2", "10"}, {"4", "12"}, {"40", "11"}}));
+    EXPECT_EQ(raw.rows("SELECT _id, profile_id FROM geq_presets ORDER BY _id, profile_id"),
+              (std::vector<Row>{{"1", "0"}, {"1", "13"}, {"2", "10"}, {"4", "12"}, {"40", "11"}}));
     EXPECT_EQ(raw.value("SELECT _id FROM device_tunings"), "33");
 }
 
@@ -179,14 +184,14 @@ TEST_F(OpenDatabaseTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchange
     DeviceTuning a("a", "usb", "hp"), b("b", "usb", "hp"), c("c", "hdmi", "hp");
     ASSERT_EQ(db->insertValue(&a, "default") | db->insertValue(&b, "oem") | db->insertValue(&c, "default"), 0);
 
+    // Every column of the row comes back, an empty text as an empty list.
     Profile profile(2, "", false);
     ASSERT_EQ(db->queryProfileValue("2", "default", &profile), 0);
-    EXPECT_EQ(profile.getId(), 1);
-    EXPECT_EQ(profile.getName(), "Music");
-    EXPECT_TRUE(profile.isMobility());
-    EXPECT_EQ(profile.getSelectedGeqPreset(), 5);
-    EXPECT_EQ(profile.mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
-    EXPECT_TRUE(profile.mValues.at(CUSTOM_DRC_METADATA).empty());
+    EXPECT_EQ(profile.toString(), "id=1\nprofileId=2\nname=Music\nmobility=true\nselectedGeqPreset=5\n"
+                                  "custom_drc_metadata=\nmi_adaptive_virtualizer_steering_enable=\n"
+                                  "mi_dv_leveler_steering_enable=\nmi_ieq_steering_enable=\n"
+                                  "mi_surround_compressor_steering_enable=\nreverb_suppression_amount=\n"
+                                  "reverb_suppression_enable=\nvolume_modeler_enable=1,\n");
 
     // Lists written by hand with blanks read back the same.
     RawDb(path).exec("UPDATE profiles SET reverb_suppression_amount='1, -2,3' WHERE profile_id='2'");
@@ -196,18 +201,15 @@ TEST_F(OpenDatabaseTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchange
     LogCapture logs;
     IeqPreset ieq(1, "");
     ASSERT_EQ(db->queryIeqValue("1", "default", &ieq), 0);
-    EXPECT_EQ(ieq.getName(), "balanced");
-    EXPECT_EQ(ieq.mValues.at(IEQ_FREQUENCY), (std::vector<int>{100, 200}));
+    EXPECT_EQ(ieq.toString(), "id=1\npresetId=1\nname=balanced\nieq_frequency=100,200,\nieq_target=\n");
     EXPECT_EQ(ieq.mValues.at(IEQ_ID), std::vector<int>{1});
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "ieqId: 1, name: balanced"));
 
     std::vector<std::unique_ptr<DeviceTuning>> devices;
     ASSERT_EQ(db->queryDeviceTunings("usb", devices), 0);
     ASSERT_EQ(devices.size(), 2u);
-    EXPECT_EQ(devices[0]->getDevice(), "a");
-    EXPECT_EQ(devices[1]->getDevice(), "b");
-    EXPECT_EQ(devices[1]->getTuning(), "hp");
-    EXPECT_EQ(devices[1]->getId(), 2);
+    EXPECT_EQ(devices[0]->toString() + "|" + devices[1]->toString(),
+              "id=1\ndevice=a\nport=usb\ntuning=hp|id=2\ndevice=b\nport=usb\ntuning=hp");
 
     std::vector<std::string> names;
     ASSERT_EQ(db->queryProfileNames(names, "default"), 0);
@@ -355,6 +357,21 @@ TEST_F(DatabaseHelperTest, StatementsThatFailAreLoggedWithTheirSql) {
     EXPECT_TRUE(logs.containsText(kTag, "failed to prepare sql command: SELECT * FROM tunings WHERE name=?, ret = 1, line "));
     EXPECT_EQ(db->commitTransaction(), 1);  // no transaction is open
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "failed to exec SQL: COMMIT"));
+    std::vector<RowData> rows;
+    EXPECT_EQ(db->getAllRows(rows, "tunings"), 1);
+    EXPECT_EQ(db->insertConfigurationValue("k", "v"), 1);
+    EXPECT_EQ(db->updateSfxStatus("State", true), 1);
+    EXPECT_TRUE(logs.containsText(kTag, "UPDATE configuration SET value=? WHERE key=?")) << logs.dump();
+}
+
+TEST_F(OpenDatabaseTest, AStepThatFailsIsLoggedAndReported) {
+    RawDb raw(path);
+    raw.exec("DROP TABLE tunings");
+    raw.exec("CREATE VIEW tunings AS SELECT abs(-9223372036854775807 - 1) AS name");  // overflows when read
+    LogCapture logs;
+    std::vector<RowData> rows;
+    EXPECT_EQ(db->getAllRows(rows, "tunings"), 1);
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "failed to exec SQL: SELECT * FROM tunings")) << logs.dump();
 }
 
 }  // namespace

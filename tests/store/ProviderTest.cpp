@@ -143,15 +143,19 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
     EXPECT_FALSE(profile->isDirty());
     ASSERT_TRUE(profile->checkAndUpdate(VOLUME_MODELER_ENABLE, {7}));
     profile->setSelectedGeqPreset(0);
+    profile->setName("Film");
+    profile->setMobility(false);
     ASSERT_EQ(provider->save(profile), 0);
     EXPECT_FALSE(profile->isDirty());
-    EXPECT_EQ(raw->rows("SELECT _id, custom_name, selected_geq_preset_id, volume_modeler_enable FROM profiles WHERE profile_id='1' ORDER BY _id"),
-              (std::vector<Row>{{"3", "default", "1", "1"}, {"4", "custom", "0", "7"}}));
+    EXPECT_EQ(raw->rows("SELECT _id, custom_name, name, is_mobility, selected_geq_preset_id, volume_modeler_enable FROM profiles WHERE profile_id='1' ORDER BY _id"),
+              (std::vector<Row>{{"3", "default", "Movie", "1", "1", "1"}, {"4", "custom", "Film", "0", "0", "7"}}));
     EXPECT_EQ(provider->loadDefaultProfile(1)->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
 
     EXPECT_EQ(provider->reset(profile), profile);
     EXPECT_EQ(profile->mValues.at(VOLUME_MODELER_ENABLE), std::vector<int>{1});
     EXPECT_EQ(profile->getSelectedGeqPreset(), 1);
+    EXPECT_EQ(profile->getName(), "Movie");
+    EXPECT_TRUE(profile->isMobility());
     EXPECT_EQ(profile->getId(), 4);  // still the custom row's record
     EXPECT_TRUE(profile->isDirty());
     EXPECT_EQ(raw->value("SELECT volume_modeler_enable FROM profiles WHERE _id=4"), "7");  // reset alone writes nothing
@@ -176,6 +180,7 @@ TEST_F(ProviderTest, SaveChangesOnlyTheCustomRowAndResetThenSaveRestoresIt) {
     GeqPreset* geq = provider->loadGeqPreset(0);
     ASSERT_NE(geq, nullptr);
     EXPECT_EQ(geq->getId(), 2);
+    EXPECT_FALSE(geq->isDirty());
     geq->set(GEQ_GAIN, {-5});
     ASSERT_EQ(provider->save(geq), 0);
     EXPECT_EQ(raw->value("SELECT geq_gain FROM geq_presets WHERE _id=2 AND custom_name='custom'"), "-5");
@@ -309,6 +314,37 @@ TEST_F(ProviderTest, AFailedReadLeavesTheCachedRecordAsItWas) {
     EXPECT_EQ(profile->getName(), "Dynamic");
 }
 
+TEST_F(ProviderTest, InitAgainStartsFromFreshRecords) {
+    ASSERT_TRUE(provider->init());
+    ASSERT_EQ(provider->loadProfile(0)->getName(), "Dynamic");
+    raw->exec("DELETE FROM profiles WHERE profile_id='0' AND custom_name='custom'");
+    ASSERT_TRUE(provider->init());
+    // The row is gone, so the load fails and leaves the new placeholder, not the record of before.
+    EXPECT_EQ(provider->loadProfile(0)->toString(), "id=-1\nprofileId=0\nname=\nmobility=false\nselectedGeqPreset=0\n");
+}
+
+TEST_F(ProviderTest, ACreateWhoseCustomRowFailsReportsItAndStaysDirty) {
+    for (const char* table : {"profiles", "geq_presets"}) {
+        raw->exec(std::string("CREATE TRIGGER refuse_") + table + " BEFORE INSERT ON " + table +
+                  " WHEN NEW.custom_name='custom' BEGIN SELECT RAISE(ABORT, 'refused'); END");
+    }
+    Profile profile(5, "Game", false);
+    EXPECT_EQ(provider->create(&profile), 1);
+    EXPECT_TRUE(profile.isDirty());
+    GeqPreset geq(5);
+    EXPECT_EQ(provider->create(&geq), 1);
+    EXPECT_TRUE(geq.isDirty());
+    EXPECT_EQ(raw->rows("SELECT custom_name FROM profiles WHERE profile_id='5'"), (std::vector<Row>{{"default"}}));
+    // A create that goes through leaves the record clean.
+    GeqPreset other(6);
+    raw->exec("DROP TRIGGER refuse_geq_presets");
+    EXPECT_EQ(provider->create(&other), 0);
+    EXPECT_FALSE(other.isDirty());
+    ProfileEndpoint endpoint(6, SPEAKER, 0);
+    EXPECT_EQ(provider->create(&endpoint), 0);
+    EXPECT_FALSE(endpoint.isDirty());
+}
+
 TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
     TempDeviceRoot root;
     std::filesystem::remove_all(root.path("data/vendor/korvi"));
@@ -322,6 +358,8 @@ TEST(ProviderNotOpen, EveryOperationFailsWithoutTouchingAFile) {
     Profile profile(0, "p", false);
     EXPECT_EQ(provider.create(&profile), 1);
     EXPECT_TRUE(profile.isDirty());
+    GeqPreset geq(0);
+    EXPECT_EQ(provider.create(&geq), 1);
     EXPECT_EQ(provider.save(&profile), 1);
     EXPECT_TRUE(profile.isDirty());
     EXPECT_TRUE(provider.loadDeviceTuningsForPort(PORT_USB).empty());

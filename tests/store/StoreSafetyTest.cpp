@@ -132,6 +132,18 @@ TEST_F(StoreSafetyDb, RowIdsStayRowCountPlusOneThroughEveryKindOfChange) {
     EXPECT_EQ(raw().count("tunings"), 1);
 }
 
+// A connection that has counted one table counts every other one before its first insert there.
+TEST_F(StoreSafetyDb, EachTableIsCountedOnItsOwn) {
+    raw().exec("INSERT INTO profiles (_id, name) VALUES (1, 'a'), (2, 'b')");
+    DatabaseHelper fresh("wem_sqlite3.db");
+    Tuning tuning("t", SPEAKER, false);
+    ASSERT_EQ(fresh.insertValue(&tuning, Provider::kOemName), 0);
+    EXPECT_EQ(tuning.getId(), 1);
+    Profile profile(0, "c", false);
+    ASSERT_EQ(fresh.insertValue(&profile, Provider::kCustomName, -1), 0);
+    EXPECT_EQ(profile.getId(), 3);
+}
+
 TEST_F(StoreSafetyDb, InsertsFromTwoThreadsGetDistinctIdsAndIntactRows) {
     constexpr int kPerThread = 300;
     ASSERT_EQ(db.beginTransaction(), 0);

@@ -2,6 +2,8 @@
 // defaults each family adds, dropped tunings, both endpoint tables and accumulation.
 #include <gtest/gtest.h>
 
+#include <climits>
+#include <set>
 #include <stdexcept>
 
 #include "support/LogCapture.h"
@@ -14,6 +16,7 @@ namespace {
 using test::LogCapture;
 using test::TempDeviceRoot;
 using Values = std::vector<int>;
+using ValueMap = std::map<Parameter, Values>;
 
 // The one record of a DeviceData set whose getter yields key; fails the test (by throwing) when
 // there is none or more than one.
@@ -139,16 +142,12 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     IeqPreset& x = one(data.getIeqPresets(), &IeqPreset::getPresetId, 7);
     EXPECT_EQ(x.getName(), "x");
     EXPECT_TRUE(x.isDirty());
-    EXPECT_EQ(x.mValues[IEQ_ID], Values{7});
-    EXPECT_EQ(x.mValues[IEQ_FREQUENCY], (Values{47, 141}));
-    EXPECT_EQ(x.mValues[IEQ_TARGET], (Values{13, -4}));
+    EXPECT_EQ(x.mValues, (ValueMap{{IEQ_ID, {7}}, {IEQ_FREQUENCY, {47, 141}}, {IEQ_TARGET, {13, -4}}}));
     EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 2).getName(), "balanced");
 
     ASSERT_EQ(data.getGeqPresets().size(), 1u);
-    GeqPreset& geq = one(data.getGeqPresets(), &GeqPreset::getProfileId, 1);
-    EXPECT_EQ(geq.mValues.size(), 2u);
-    EXPECT_EQ(geq.mValues[GEQ_FREQUENCY], (Values{47, 141}));
-    EXPECT_EQ(geq.mValues[GEQ_GAIN], (Values{64, -32}));
+    EXPECT_EQ(one(data.getGeqPresets(), &GeqPreset::getProfileId, 1).mValues,
+              (ValueMap{{GEQ_FREQUENCY, {47, 141}}, {GEQ_GAIN, {64, -32}}}));
 
     // Profiles: the profile-level IEQ switch and amount are not stored in the profile.
     EXPECT_EQ(parser.getNumOfProfiles(), 2);
@@ -157,9 +156,7 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     EXPECT_EQ(movie.getName(), "Movie");
     EXPECT_TRUE(movie.isMobility());
     EXPECT_EQ(movie.getSelectedGeqPreset(), 1);
-    EXPECT_EQ(movie.mValues.size(), 2u);
-    EXPECT_EQ(movie.mValues[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
-    EXPECT_EQ(movie.mValues[REVERB_SUPPRESSION_AMOUNT], Values{5});
+    EXPECT_EQ(movie.mValues, (ValueMap{{CUSTOM_DRC_METADATA, {1, 0, 0, 0}}, {REVERB_SUPPRESSION_AMOUNT, {5}}}));
     EXPECT_FALSE(one(data.getProfiles(), &Profile::getProfileId, 3).isMobility());  // no group
     EXPECT_EQ(parser.getProfileName(3), "Voice");
     EXPECT_EQ(parser.getProfileName(2), "");
@@ -167,24 +164,16 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     // Endpoints: a leading include selects the preset; a later one is ignored; an unknown id is
     // an "other" endpoint. Nothing of the 3.2 family is added, the virtual-bass type always is.
     ASSERT_EQ(data.getProfileEndpoints().size(), 4u);
-    ProfileEndpoint& speaker = endpointOf(data, 1, SPEAKER);
-    EXPECT_EQ(speaker.getSelectedIeqPreset(), 7);
-    EXPECT_EQ(speaker.mValues.size(), 4u);
-    EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{1});
-    EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{10});
-    EXPECT_EQ(speaker.mValues[DIALOG_ENHANCER_AMOUNT], Values{6});
-    EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{3});
-    ProfileEndpoint& headphone = endpointOf(data, 1, HEADPHONE);
-    EXPECT_EQ(headphone.getSelectedIeqPreset(), 0);
-    EXPECT_EQ(headphone.mValues.size(), 2u);
-    EXPECT_EQ(headphone.mValues[DIALOG_ENHANCER_ENABLE], Values{0});
-    EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{3});
-    ProfileEndpoint& usb = endpointOf(data, 1, OTHER);
-    EXPECT_EQ(usb.getSelectedIeqPreset(), 0);  // an include without ieq_preset reads 0
-    EXPECT_EQ(usb.mValues[VOLUME_LEVELER_AMOUNT], Values{4});
-    ProfileEndpoint& voiceOther = endpointOf(data, 3, OTHER);
-    EXPECT_EQ(voiceOther.getSelectedIeqPreset(), 2);
-    EXPECT_EQ(voiceOther.mValues.size(), 1u);
+    EXPECT_EQ(endpointOf(data, 1, SPEAKER).getSelectedIeqPreset(), 7);
+    EXPECT_EQ(endpointOf(data, 1, SPEAKER).mValues,
+              (ValueMap{{IEQ_ENABLE, {1}}, {IEQ_AMOUNT, {10}}, {DIALOG_ENHANCER_AMOUNT, {6}}, {VIRTUAL_BASS_TYPE, {3}}}));
+    EXPECT_EQ(endpointOf(data, 1, HEADPHONE).getSelectedIeqPreset(), 0);
+    EXPECT_EQ(endpointOf(data, 1, HEADPHONE).mValues,
+              (ValueMap{{DIALOG_ENHANCER_ENABLE, {0}}, {VIRTUAL_BASS_TYPE, {3}}}));
+    EXPECT_EQ(endpointOf(data, 1, OTHER).getSelectedIeqPreset(), 0);  // an include without ieq_preset reads 0
+    EXPECT_EQ(endpointOf(data, 1, OTHER).mValues, (ValueMap{{VOLUME_LEVELER_AMOUNT, {4}}, {VIRTUAL_BASS_TYPE, {3}}}));
+    EXPECT_EQ(endpointOf(data, 3, OTHER).getSelectedIeqPreset(), 2);
+    EXPECT_EQ(endpointOf(data, 3, OTHER).mValues, (ValueMap{{VIRTUAL_BASS_TYPE, {3}}}));
 
     // Tunings: an unknown endpoint_type is a speaker; mono only for the exact text "true".
     ASSERT_EQ(data.getTunings().size(), 2u);
@@ -192,19 +181,12 @@ TEST(TuningFileParser, CurrentFormatRecordsFieldByField) {
     EXPECT_EQ(stereo.getEndpoint(), SPEAKER);
     EXPECT_FALSE(stereo.isMono());
     EXPECT_TRUE(stereo.isDirty());
-    EXPECT_EQ(stereo.mValues.size(), 5u);
-    EXPECT_EQ(stereo.mValues[ORIENTATION], Values{1});
-    EXPECT_EQ(stereo.mValues[OUTPUT_CHANNELS], Values{4});
-    EXPECT_EQ(stereo.mValues[BASS_ENHANCER_BOOST], Values{192});
-    EXPECT_EQ(stereo.mValues[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
-    EXPECT_EQ(stereo.mValues[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    EXPECT_EQ(stereo.mValues, (ValueMap{{ORIENTATION, {1}}, {OUTPUT_CHANNELS, {4}}, {BASS_ENHANCER_BOOST, {192}},
+                                        {VIRTUAL_BASS_SRC_FREQ_LOW, {35}}, {VIRTUAL_BASS_SRC_FREQ_HIGH, {160}}}));
     Tuning& mono = one(data.getTunings(), &Tuning::getName, "hp_mono");
     EXPECT_EQ(mono.getEndpoint(), HEADPHONE);
     EXPECT_TRUE(mono.isMono());
-    EXPECT_EQ(mono.mValues[ORIENTATION], Values{0});
-    EXPECT_EQ(mono.mValues[OUTPUT_CHANNELS], Values{2});
-    EXPECT_EQ(mono.mValues[HEIGHT_FILTER_MODE], Values{2});
-    EXPECT_EQ(mono.mValues.count(BASS_MBDRC_ENABLE), 0u);
+    EXPECT_EQ(mono.mValues, (ValueMap{{ORIENTATION, {0}}, {OUTPUT_CHANNELS, {2}}, {HEIGHT_FILTER_MODE, {2}}}));
 
     // Device tunings: only the leading device_id elements; those of a dropped tuning stay.
     ASSERT_EQ(data.getDeviceTunings().size(), 5u);
@@ -293,24 +275,18 @@ TEST(TuningFileParser, Format32FamilyAddsProfileLevelIeqAndFamilyDefaults) {
         // Every endpoint takes the profile's include; the IEQ switch and amount reach only the
         // endpoints that follow them; the endpoint's own include is not read.
         ASSERT_EQ(data.getProfileEndpoints().size(), 3u);
-        ProfileEndpoint& speaker = endpointOf(data, 2, SPEAKER);
-        EXPECT_EQ(speaker.getSelectedIeqPreset(), 2);
-        EXPECT_EQ(speaker.mValues.size(), is322 ? 6u : 5u);
-        EXPECT_EQ(speaker.mValues[IEQ_ENABLE], Values{0});
-        EXPECT_EQ(speaker.mValues[IEQ_AMOUNT], Values{0});
-        EXPECT_EQ(speaker.mValues[VIRTUALIZER_START_BAND], Values{is322 ? 0 : 7});
-        EXPECT_EQ(speaker.mValues[HEARING_PROTECTION_ENABLE], is322 ? Values{0} : Values{});  // absent: empty
-        EXPECT_EQ(speaker.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-        EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{2});
-        ProfileEndpoint& headphone = endpointOf(data, 2, HEADPHONE);
-        EXPECT_EQ(headphone.getSelectedIeqPreset(), 2);
-        EXPECT_EQ(headphone.mValues.size(), is322 ? 6u : 5u);
-        EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{1});
-        EXPECT_EQ(headphone.mValues[IEQ_AMOUNT], Values{9});
-        EXPECT_EQ(headphone.mValues[HEARING_PROTECTION_ENABLE], Values{is322 ? 0 : 1});
-        EXPECT_EQ(headphone.mValues[HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE], Values{4});
-        EXPECT_EQ(headphone.mValues[VIRTUAL_BASS_TYPE], Values{2});
-        EXPECT_EQ(headphone.mValues[VIRTUALIZER_START_BAND], is322 ? Values{0} : Values{});
+        ValueMap speaker{{IEQ_ENABLE, {0}}, {IEQ_AMOUNT, {0}}, {VIRTUALIZER_START_BAND, {is322 ? 0 : 7}},
+                         {HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, {4}}, {VIRTUAL_BASS_TYPE, {2}}};
+        ValueMap headphone{{IEQ_ENABLE, {1}}, {IEQ_AMOUNT, {9}}, {HEARING_PROTECTION_ENABLE, {is322 ? 0 : 1}},
+                           {HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE, {4}}, {VIRTUAL_BASS_TYPE, {2}}};
+        if (is322) {
+            speaker[HEARING_PROTECTION_ENABLE] = {0};
+            headphone[VIRTUALIZER_START_BAND] = {0};
+        }
+        EXPECT_EQ(endpointOf(data, 2, SPEAKER).getSelectedIeqPreset(), 2);
+        EXPECT_EQ(endpointOf(data, 2, SPEAKER).mValues, speaker);
+        EXPECT_EQ(endpointOf(data, 2, HEADPHONE).getSelectedIeqPreset(), 2);
+        EXPECT_EQ(endpointOf(data, 2, HEADPHONE).mValues, headphone);
         ProfileEndpoint& other = endpointOf(data, 2, OTHER);
         EXPECT_EQ(other.getSelectedIeqPreset(), 2);
         EXPECT_EQ(other.mValues[IEQ_AMOUNT], Values{9});
@@ -360,12 +336,24 @@ TEST(TuningFileParser, Format330NamesPresetsAndIncludesByText) {
     EXPECT_EQ(parser.getVirtualBassType(), 1);  // no authorized technologies
     EXPECT_EQ(one(data.getIeqPresets(), &IeqPreset::getPresetId, 1).getName(), "detailed");
     EXPECT_TRUE(one(data.getProfiles(), &Profile::getProfileId, 0).isMobility());
-    ProfileEndpoint& speaker = endpointOf(data, 0, SPEAKER);
-    EXPECT_EQ(speaker.getSelectedIeqPreset(), 3);
-    EXPECT_EQ(speaker.mValues.size(), 2u);  // ieq_enable and the virtual-bass type only
-    EXPECT_EQ(speaker.mValues[VIRTUAL_BASS_TYPE], Values{1});
+    EXPECT_EQ(endpointOf(data, 0, SPEAKER).getSelectedIeqPreset(), 3);
+    EXPECT_EQ(endpointOf(data, 0, SPEAKER).mValues, (ValueMap{{IEQ_ENABLE, {1}}, {VIRTUAL_BASS_TYPE, {1}}}));
     EXPECT_EQ(endpointOf(data, 0, HEADPHONE).getSelectedIeqPreset(), 2);
     EXPECT_EQ(endpointOf(data, 0, OTHER).getSelectedIeqPreset(), 0);
+}
+
+// Preset ids read like atoi (blanks, a sign, digits up to the first other character), except
+// that numbers too large for an int are clamped.
+TEST(TuningFileParser, PresetIdsReadLikeAtoiButClamp) {
+    std::string presets;
+    for (const char* id : {" \t+4", "-2x", "99999999999", "-99999999999", "-", ""}) {
+        presets += std::string("    <preset id=\"") + id + "\" name=\"n\" type=\"ieq\"/>\n";
+    }
+    TempDeviceRoot root;
+    TuningFileParser parser(root.write("ids.xml", "<korvi_tuning>\n" + presets + "</korvi_tuning>\n"));
+    std::multiset<int> ids;
+    for (IeqPreset* preset : parser.getDeviceData()->getIeqPresets()) ids.insert(preset->getPresetId());
+    EXPECT_EQ(ids, (std::multiset<int>{INT_MIN, -2, 0, 0, 4, INT_MAX}));
 }
 
 TEST(TuningFileParser, IeqPresetNamesAreTestedInAFixedOrder) {
@@ -489,14 +477,13 @@ TEST(TuningFileParser, UnindentedFilesLoseEachFirstChildElement) {
     // The root's first child is read: only entering an element skips.
     EXPECT_EQ(data.getFormatVersion(), "3.5.0");
     ASSERT_EQ(data.getProfileEndpoints().size(), 1u);
-    ProfileEndpoint& headphone = endpointOf(data, 1, HEADPHONE);
-    EXPECT_EQ(headphone.getSelectedIeqPreset(), 0);  // the include was the skipped node
-    EXPECT_EQ(headphone.mValues[IEQ_ENABLE], Values{0});
+    EXPECT_EQ(endpointOf(data, 1, HEADPHONE).getSelectedIeqPreset(), 0);  // the include was the skipped node
+    EXPECT_EQ(endpointOf(data, 1, HEADPHONE).mValues, (ValueMap{{IEQ_ENABLE, {0}}, {VIRTUAL_BASS_TYPE, {1}}}));
 
     ASSERT_EQ(data.getTunings().size(), 1u);
-    Tuning& t = one(data.getTunings(), &Tuning::getName, "t");
-    EXPECT_EQ(t.mValues.count(BASS_ENHANCER_BOOST), 0u);
-    EXPECT_EQ(t.mValues[BASS_ENHANCER_WIDTH], Values{2});
+    // Missing orientation and channel attributes read as 0.
+    EXPECT_EQ(one(data.getTunings(), &Tuning::getName, "t").mValues,
+              (ValueMap{{BASS_ENHANCER_WIDTH, {2}}, {ORIENTATION, {0}}, {OUTPUT_CHANNELS, {0}}}));
     ASSERT_EQ(data.getDeviceTunings().size(), 1u);
     EXPECT_EQ((*data.getDeviceTunings().begin())->getDevice(), "kept");
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "TuningFileParser", "There is no <data> in Tuning section"), 1u)

@@ -13,6 +13,7 @@ namespace {
 
 using test::TempDeviceRoot;
 using Values = std::vector<int>;
+using ValueMap = std::map<Parameter, Values>;
 
 // Reads one element, written indented below a root, and applies the setter of its name to a
 // fresh record that starts clean. The cursor must be back on the element afterwards.
@@ -88,46 +89,37 @@ TEST_F(SetterFixture, EveryNameFillsItsOwnParameterAndNothingElseHasASetter) {
 }
 
 TEST_F(SetterFixture, SimpleRowAndDrcSettersReadTheirAttributes) {
-    EXPECT_EQ(apply(R"(<volume-leveler-enable value="true"/>)")[VOLUME_LEVELER_ENABLE], Values{1});
-    EXPECT_EQ(apply(R"(<volume-leveler-enable value="7"/>)")[VOLUME_LEVELER_ENABLE], Values{7});
-    EXPECT_EQ(apply(R"(<volume-leveler-enable/>)")[VOLUME_LEVELER_ENABLE], Values{0});
-    EXPECT_EQ(apply(R"(<volume-leveler-enable value="false"/>)")[VOLUME_LEVELER_ENABLE], Values{0});
-    EXPECT_EQ(apply(R"(<volume-leveler-enable value="True"/>)")[VOLUME_LEVELER_ENABLE], Values{0});
-    EXPECT_EQ(apply(R"(<peak-value other="3" value=" 12dB"/>)")[PEAK_VALUE], Values{12});
-
-    // Rows come from the first attribute; without one an empty row is stored (present, not absent).
-    EXPECT_EQ(apply(R"(<virtual-bass-hybgains first="-32, -48" second="9"/>)")[VIRTUAL_BASS_HYBGAINS],
-              (Values{-32, -48}));
+    const std::pair<const char*, ValueMap> kCases[] = {
+            {R"(<volume-leveler-enable value="true"/>)", {{VOLUME_LEVELER_ENABLE, {1}}}},
+            {R"(<volume-leveler-enable value="7"/>)", {{VOLUME_LEVELER_ENABLE, {7}}}},
+            {R"(<volume-leveler-enable/>)", {{VOLUME_LEVELER_ENABLE, {0}}}},
+            {R"(<volume-leveler-enable value="false"/>)", {{VOLUME_LEVELER_ENABLE, {0}}}},
+            {R"(<volume-leveler-enable value="True"/>)", {{VOLUME_LEVELER_ENABLE, {0}}}},
+            {R"(<peak-value other="3" value=" 12dB"/>)", {{PEAK_VALUE, {12}}}},
+            // Rows come from the first attribute; without one an empty row is stored.
+            {R"(<virtual-bass-hybgains first="-32, -48" second="9"/>)", {{VIRTUAL_BASS_HYBGAINS, {-32, -48}}}},
+            {R"(<bass-mbdrc-tuning value="1,2,x,4"/>)", {{BASS_MBDRC_TUNING, {1, 2}}}},
+            // The DRC row is never empty.
+            {R"(<drc-metadata value="1, 0, 0, 0"/>)", {{CUSTOM_DRC_METADATA, {1, 0, 0, 0}}}},
+            {R"(<drc-metadata/>)", {{CUSTOM_DRC_METADATA, {0}}}},
+            {R"(<drc-metadata value="none"/>)", {{CUSTOM_DRC_METADATA, {0}}}},
+    };
+    for (const auto& [element, expected] : kCases) EXPECT_EQ(apply(element), expected) << element;
     bool dirty = false;
-    auto row = apply(R"(<virtual-bass-hybgains/>)", &dirty);
-    ASSERT_EQ(row.count(VIRTUAL_BASS_HYBGAINS), 1u);
-    EXPECT_TRUE(row[VIRTUAL_BASS_HYBGAINS].empty());
+    EXPECT_EQ(apply(R"(<virtual-bass-hybgains/>)", &dirty), (ValueMap{{VIRTUAL_BASS_HYBGAINS, {}}}));
     EXPECT_TRUE(dirty);
-    EXPECT_EQ(apply(R"(<bass-mbdrc-tuning value="1,2,x,4"/>)")[BASS_MBDRC_TUNING], (Values{1, 2}));
-
-    // The DRC row is never empty.
-    EXPECT_EQ(apply(R"(<drc-metadata value="1, 0, 0, 0"/>)")[CUSTOM_DRC_METADATA], (Values{1, 0, 0, 0}));
-    EXPECT_EQ(apply(R"(<drc-metadata/>)")[CUSTOM_DRC_METADATA], Values{0});
-    EXPECT_EQ(apply(R"(<drc-metadata value="none"/>)")[CUSTOM_DRC_METADATA], Values{0});
 }
 
 TEST_F(SetterFixture, VirtualBassPairsAndSubgains) {
-    auto values = apply(R"(<virtual-bass-mix-freqs frequency_high="300" frequency_low="80"/>)");
-    EXPECT_EQ(values.size(), 2u);
-    EXPECT_EQ(values[VIRTUAL_BASS_MIX_FREQ_LOW], Values{80});
-    EXPECT_EQ(values[VIRTUAL_BASS_MIX_FREQ_HIGH], Values{300});
-    values = apply(R"(<virtual-bass-src-freqs frequency_low="35" frequency_high="160"/>)");
-    EXPECT_EQ(values.size(), 2u);
-    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_LOW], Values{35});
-    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
+    EXPECT_EQ(apply(R"(<virtual-bass-mix-freqs frequency_high="300" frequency_low="80"/>)"),
+              (ValueMap{{VIRTUAL_BASS_MIX_FREQ_LOW, {80}}, {VIRTUAL_BASS_MIX_FREQ_HIGH, {300}}}));
+    EXPECT_EQ(apply(R"(<virtual-bass-src-freqs frequency_low="35" frequency_high="160"/>)"),
+              (ValueMap{{VIRTUAL_BASS_SRC_FREQ_LOW, {35}}, {VIRTUAL_BASS_SRC_FREQ_HIGH, {160}}}));
     // A frequency the element lacks is not stored at all.
-    values = apply(R"(<virtual-bass-src-freqs frequency_high="160"/>)");
-    EXPECT_EQ(values.size(), 1u);
-    EXPECT_EQ(values[VIRTUAL_BASS_SRC_FREQ_HIGH], Values{160});
-    EXPECT_TRUE(apply(R"(<virtual-bass-src-freqs/>)").empty());
-
-    values = apply(R"(<virtual-bass-subgains second="-64" third="-128" fourth="x"/>)");
-    EXPECT_EQ(values[VIRTUAL_BASS_SUBGAINS], (Values{-64, -128, 0}));
+    EXPECT_EQ(apply(R"(<virtual-bass-src-freqs frequency_high="160"/>)"), (ValueMap{{VIRTUAL_BASS_SRC_FREQ_HIGH, {160}}}));
+    EXPECT_EQ(apply(R"(<virtual-bass-src-freqs/>)"), ValueMap{});
+    EXPECT_EQ(apply(R"(<virtual-bass-subgains second="-64" third="-128" fourth="x"/>)"),
+              (ValueMap{{VIRTUAL_BASS_SUBGAINS, {-64, -128, 0}}}));
 }
 
 TEST_F(SetterFixture, CurvesReadTheirBandsThreeLevelsDown) {
@@ -142,9 +134,7 @@ TEST_F(SetterFixture, CurvesReadTheirBandsThreeLevelsDown) {
             </ieq-bands>
         </data>
     </ieq>)");
-    EXPECT_EQ(values.size(), 2u);
-    EXPECT_EQ(values[IEQ_FREQUENCY], (Values{47, 141, 234}));
-    EXPECT_EQ(values[IEQ_TARGET], (Values{13, -4, 7}));
+    EXPECT_EQ(values, (ValueMap{{IEQ_FREQUENCY, {47, 141, 234}}, {IEQ_TARGET, {13, -4, 7}}}));
 
     // GEQ takes every element there, whatever its name.
     values = apply(R"(<geq>
@@ -156,9 +146,7 @@ TEST_F(SetterFixture, CurvesReadTheirBandsThreeLevelsDown) {
             </geq-bands>
         </data>
     </geq>)");
-    EXPECT_EQ(values.size(), 2u);
-    EXPECT_EQ(values[GEQ_FREQUENCY], (Values{47, 141}));
-    EXPECT_EQ(values[GEQ_GAIN], (Values{64, -576}));
+    EXPECT_EQ(values, (ValueMap{{GEQ_FREQUENCY, {47, 141}}, {GEQ_GAIN, {64, -576}}}));
 }
 
 TEST_F(SetterFixture, BandSettersFillOneParameterPerAttributeName) {
@@ -167,12 +155,9 @@ TEST_F(SetterFixture, BandSettersFillOneParameterPerAttributeName) {
         <band gain_right_surround="14" gain_left_surround="13" gain_right="12" gain_left="11" frequency="141"/>
         <band frequency="234"/>
     </audio-optimizer-bands>)");
-    EXPECT_EQ(values.size(), 5u);
-    EXPECT_EQ(values[AUDIO_OPTIMIZER_FREQUENCY], (Values{47, 141, 234}));
-    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_L], (Values{1, 11, 0}));
-    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_R], (Values{2, 12, 0}));
-    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_LS], (Values{3, 13, 0}));
-    EXPECT_EQ(values[AUDIO_OPTIMIZER_GAIN_RS], (Values{4, 14, 0}));
+    EXPECT_EQ(values, (ValueMap{{AUDIO_OPTIMIZER_FREQUENCY, {47, 141, 234}}, {AUDIO_OPTIMIZER_GAIN_L, {1, 11, 0}},
+                                {AUDIO_OPTIMIZER_GAIN_R, {2, 12, 0}}, {AUDIO_OPTIMIZER_GAIN_LS, {3, 13, 0}},
+                                {AUDIO_OPTIMIZER_GAIN_RS, {4, 14, 0}}}));
 
     // A regulator band is isolated only for the exact text "true".
     values = apply(R"(<regulator-tuning>
@@ -181,11 +166,9 @@ TEST_F(SetterFixture, BandSettersFillOneParameterPerAttributeName) {
         <band frequency="234" threshold_low="-300" threshold_high="-100" isolated_band="1"/>
         <band frequency="328" threshold_low="-200" threshold_high="0"/>
     </regulator-tuning>)");
-    EXPECT_EQ(values.size(), 4u);
-    EXPECT_EQ(values[REGULATOR_FREQUENCY], (Values{47, 141, 234, 328}));
-    EXPECT_EQ(values[REGULATOR_THRESHOLD_LOW], (Values{-448, -400, -300, -200}));
-    EXPECT_EQ(values[REGULATOR_THRESHOLD_HIGH], (Values{-256, -200, -100, 0}));
-    EXPECT_EQ(values[REGULATOR_ISOLATED_BAND], (Values{1, 0, 0, 0}));
+    EXPECT_EQ(values, (ValueMap{{REGULATOR_FREQUENCY, {47, 141, 234, 328}},
+                                {REGULATOR_THRESHOLD_LOW, {-448, -400, -300, -200}},
+                                {REGULATOR_THRESHOLD_HIGH, {-256, -200, -100, 0}}, {REGULATOR_ISOLATED_BAND, {1, 0, 0, 0}}}));
 }
 
 TEST_F(SetterFixture, OutputModeConcatenatesTheRowsOfItsContainer) {
@@ -197,17 +180,13 @@ TEST_F(SetterFixture, OutputModeConcatenatesTheRowsOfItsContainer) {
             <row coefficients="8192,8192"/>
         </matrix>
     </output-mode>)");
-    EXPECT_EQ(values[OUTPUT_MIX_MATRIX], (Values{16384, 0, 0, 16384, 8192, 8192}));
+    EXPECT_EQ(values, (ValueMap{{OUTPUT_MIX_MATRIX, {16384, 0, 0, 16384, 8192, 8192}}}));
 
     // No container, or a container without children: an empty matrix is still stored.
     bool dirty = false;
-    values = apply("<output-mode>\n    </output-mode>", &dirty);
-    ASSERT_EQ(values.count(OUTPUT_MIX_MATRIX), 1u);
-    EXPECT_TRUE(values[OUTPUT_MIX_MATRIX].empty());
+    EXPECT_EQ(apply("<output-mode>\n    </output-mode>", &dirty), (ValueMap{{OUTPUT_MIX_MATRIX, {}}}));
     EXPECT_TRUE(dirty);
-    values = apply("<output-mode>\n        <matrix/>\n    </output-mode>");
-    ASSERT_EQ(values.count(OUTPUT_MIX_MATRIX), 1u);
-    EXPECT_TRUE(values[OUTPUT_MIX_MATRIX].empty());
+    EXPECT_EQ(apply("<output-mode>\n        <matrix/>\n    </output-mode>"), (ValueMap{{OUTPUT_MIX_MATRIX, {}}}));
 }
 
 }  // namespace
