@@ -194,7 +194,7 @@ std::vector<int> AxManager::getProfileParameter(int id, Parameter parameter) {
 }
 
 bool AxManager::setParameter(int profileId, int paramId, std::vector<int>& values) {
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
         values.empty()) {
         return false;
     }
@@ -208,7 +208,7 @@ bool AxManager::setParameter(int profileId, int paramId, std::vector<int>& value
 }
 
 std::vector<int> AxManager::getParameter(int profileId, int paramId) {
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
         return {};
     }
     return mAdapter->getParameter(profileId, paramId);
@@ -228,7 +228,7 @@ std::vector<int> AxManager::getProfilePortParameter(int profileId, int port, int
         return {};
     }
     const Endpoint endpoint = kPortNameToEndpoint.at(kPortNames[port]);
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
         return {};
     }
     return mAdapter->getProfileEndpointParameter(profileId, endpoint, paramId);
@@ -241,7 +241,7 @@ bool AxManager::setProfilePortParameter(int profileId, int port, int paramId,
         return false;
     }
     const Endpoint endpoint = kPortNameToEndpoint.at(kPortNames[port]);
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
         values.empty()) {
         return false;
     }

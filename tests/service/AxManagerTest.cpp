@@ -134,6 +134,8 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
         EXPECT_TRUE(mManager->setParameter(0, id, values));
         EXPECT_EQ(mManager->getParameter(0, 111), Values{bass});
         EXPECT_EQ(mManager->getParameter(0, 112), Values{virtualBass});
+        EXPECT_EQ(mManager->getProfilePortParameter(0, PORT_INTERNAL_SPEAKER, 112),
+                  Values{virtualBass});
     }
 }
 
