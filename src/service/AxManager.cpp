@@ -60,6 +60,9 @@ int AxManager::init() {
         mContext->unregisterObserver(mController.get());
         mRegistered = false;
     }
+    // A second start builds the effect side afresh; the old controller goes before its effect.
+    mController.reset();
+    mAdapter.reset();
     mContext = context;
     mSessionId = 0;
     makeSfxEffect();
@@ -81,22 +84,23 @@ void AxManager::makeSfxEffect() {
     mEffect = std::make_unique<SfxEffect>(mSessionId, android::String16("SfxEffect"));
 }
 
-void AxManager::createSfxEffect(int sessionId) {
-    mSessionId = sessionId;
-    std::unique_ptr<SfxEffect> previous = std::move(mEffect);
+void AxManager::replaceSfxEffect() {
+    const std::unique_ptr<SfxEffect> previous = std::move(mEffect);
     makeSfxEffect();
-    // A controller must never keep sending to an effect handle that is gone.
-    if (mController != nullptr && previous != nullptr && mContext != nullptr) {
+    // The controller must never keep sending to a handle that is gone, so a new handle always
+    // reaches it (with a full send) before the old one is deleted.
+    if (mController != nullptr && mContext != nullptr) {
         mController->setSfxEffect(*mEffect, *mContext);
     }
 }
 
+void AxManager::createSfxEffect(int sessionId) {
+    mSessionId = sessionId;
+    replaceSfxEffect();
+}
+
 bool AxManager::recreateAxEffect() {
-    std::unique_ptr<SfxEffect> previous = std::move(mEffect);
-    makeSfxEffect();
-    if (mController != nullptr && mContext != nullptr) {
-        mController->setSfxEffect(*mEffect, *mContext);
-    }
+    replaceSfxEffect();
     return true;
 }
 
