@@ -411,8 +411,7 @@ void AxContext::setIeqPresetSelection(int id, Endpoint endpoint, const std::vect
             mLock.unlock();
             setProfileParameter(id, endpoint, IEQ_ENABLE, {preset != 0 ? 1 : 0});
             mLock.lock();
-            record->setSelectedIeqPreset(preset);
-            record->setDirty(true);
+            record->setSelectedIeqPreset(preset);  // marks the record dirty
         }
         if (!isSelected(id)) continue;
         IeqPreset* inForce = selectedContext()->getSelectedIeqPreset(endpoint);

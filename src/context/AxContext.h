@@ -57,8 +57,10 @@ public:
     // Re-reads every profile, the selection and the on/off state (after a rebuild).
     void reloadAllProfile();
     // Re-chooses and reloads every port's tuning (after OEM tunings were merged); a port whose
-    // device vanished goes back to its default device, persisted by the next save. Takes no lock:
-    // it runs under the context manager's lock.
+    // device vanished goes back to its default device, persisted by the next save. It runs under
+    // the context manager's lock and takes the context's lock only around each change of the
+    // port maps, so getters on other threads never see them half-changed; every port's
+    // announcement is made without it.
     void reloadTuning();
 
     // The save operations return 0 when everything reached the database, non-zero otherwise.

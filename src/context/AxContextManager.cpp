@@ -246,7 +246,9 @@ int AxContextManager::loadOemTuning() {
         return kNotInitialized;
     }
     const int result = loadOemTuningLocked();
-    if (result == 0) mContext->reloadTuning();
+    // A failed write reloaded the store's device tunings as well (back to the rows that stayed),
+    // which frees the tunings the context holds: it must re-read them either way.
+    if (result == 0 || result == kOemWriteFailed) mContext->reloadTuning();
     return result;
 }
 

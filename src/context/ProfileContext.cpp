@@ -7,12 +7,12 @@ namespace korvi {
 
 namespace {
 
-// Two records differ when they are not the same object and not equal. A missing record only
-// equals another missing one.
+// A missing record only equals another missing one. (A working record is never the very object
+// it is compared with: the defaults are copies, and the provider keeps factory and working
+// records apart.)
 template <typename Record>
 bool differs(const Record* a, const Record* b) {
-    if (a == b) return false;
-    if (a == nullptr || b == nullptr) return true;
+    if (a == nullptr || b == nullptr) return a != b;
     return !a->equals(*b);
 }
 

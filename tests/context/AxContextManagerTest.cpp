@@ -207,6 +207,7 @@ TEST_F(AxContextManagerTest, FirstStartBuildsTheDatabaseAndMergesTheOemFile) {
     ASSERT_EQ(seen.size(), expected.size()) << logs.dump();
     std::sort(seen.begin() + 1, seen.begin() + 1 + merge.size());
     EXPECT_EQ(seen, expected) << logs.dump();
+    EXPECT_FALSE(logs.containsText(kTag, "rolling it back"));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, kTag,
                               "Add OEM Device Tuning Port[bluetooth] : Device[oem_neckband_n7] "
                               "with tuning.name [oem_neckband_n7]"));
@@ -349,34 +350,58 @@ TEST_F(AxContextManagerTest, OemReloadResultsAndDropRules) {
                                            {"korvi_earbuds_e2_plus", "headphone"},
                                            {"oem_neckband_n7", "bluetooth"},
                                            {"oem_neckband_n7_usb", "usb"}}));
+
+    // A merge makes every port choose again: a device that vanished gives way to the default.
+    ASSERT_TRUE(context->setSelectedTuning(PORT_BLUETOOTH, "oem_neckband_n7", false));
+    mRoot.write(kOem, replaced(oemXml, "id=\"oem_neckband_n7\"", "id=\"oem_neckband_n8\""));
+    EXPECT_EQ(manager.loadOemTuning(), 0);
+    EXPECT_EQ(context->getSelectedTuningDevice(PORT_BLUETOOTH), "default_bluetooth");
     RawDb db(mRoot.path(kDb));
     EXPECT_EQ(db.value("PRAGMA integrity_check"), "ok");
 }
 
-TEST_F(AxContextManagerTest, ARebuildThatCannotWriteLeavesTheOldState) {
-    startUp();
-    AxContextManager::getInstance().release();
-    const std::string signature = config("signature");
-    mRoot.write(kFactory, replaced(fileBytes(kFactory), "four-speaker", "Four-speaker"));
-
-    // Another connection holds a read lock, so the rebuild cannot take the database.
-    RawDb reader(mRoot.path(kDb));
-    reader.exec("BEGIN");
-    EXPECT_EQ(reader.value("SELECT value FROM configuration WHERE key = 'signature'"), signature);
+TEST_F(AxContextManagerTest, WritesThatFailAreRolledBackAndReported) {
+    AxContextManager& manager = startUp();
+    AxContext* context = manager.getAxContext();
+    ASSERT_NE(context, nullptr);
+    // An OEM merge whose device rows cannot be written keeps the earlier OEM rows whole.
+    RawDb(mRoot.path(kDb)).exec(
+        "CREATE TRIGGER no_oem BEFORE INSERT ON device_tunings WHEN NEW.custom_name = 'oem' "
+        "BEGIN SELECT RAISE(ABORT, 'no room'); END");
     {
         LogCapture logs;
-        AxContext* context = startUp().getAxContext();
-        EXPECT_TRUE(logs.containsText(kTag, "Cannot start rebuilding the database")) << logs.dump();
-        EXPECT_NE(context, nullptr) << "the old database still serves";
+        EXPECT_EQ(manager.loadOemTuning(), AxContextManager::kOemWriteFailed);
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag,
+                                  "Merging the OEM tuning XML failed to reach the database, rolling it back"));
     }
-    reader.exec("COMMIT");
-    EXPECT_EQ(config("signature"), signature);
     EXPECT_EQ(oemRows(), kMergedOemRows);
+    ASSERT_NE(context->getSelectedTuning(PORT_BLUETOOTH), nullptr);
+    EXPECT_EQ(context->getSelectedTuning(PORT_BLUETOOTH)->getName(), "headphone_bluetooth");
+    manager.release();
 
-    // Next time round the rebuild goes through.
-    AxContextManager::getInstance().release();
-    ASSERT_NE(startUp().getAxContext(), nullptr);
-    EXPECT_EQ(config("signature"), AxContextManager::getSignature(mRoot.path(kFactory)));
+    const std::string signature = config("signature");
+    mRoot.write(kFactory, replaced(fileBytes(kFactory), "four-speaker", "Four-speaker"));
+    // Another connection reads, so the rebuild cannot even start.
+    {
+        RawDb reader(mRoot.path(kDb));
+        reader.exec("BEGIN");
+        EXPECT_EQ(reader.value("SELECT value FROM configuration WHERE key = 'signature'"), signature);
+        LogCapture logs;
+        EXPECT_NE(startUp().getAxContext(), nullptr) << "the old database still serves";
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "Cannot start rebuilding the database"));
+        reader.exec("COMMIT");
+    }
+    // A rebuild that fails half-way (a view where a table should be cannot be dropped as one)
+    // leaves the old rows, not the half-cleared database.
+    RawDb(mRoot.path(kDb)).exec("DROP TABLE device_tunings; CREATE VIEW device_tunings AS SELECT 1");
+    {
+        LogCapture logs;
+        EXPECT_NE(startUp().getAxContext(), nullptr) << logs.dump();
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag,
+                                  "Rebuilding the database failed to reach the database, rolling it back"));
+    }
+    EXPECT_EQ(config("signature"), signature);
+    EXPECT_EQ(RawDb(mRoot.path(kDb)).count("profiles"), 10);
 }
 
 }  // namespace

@@ -110,24 +110,24 @@ public:
     }
     void onSelectedProfileChanged(AxContext& c) override { note(c, "onSelectedProfileChanged"); }
     void onSelectedProfileParameterChanged(AxContext& c, Profile& profile) override {
-        note(c, "onSelectedProfileParameterChanged profile=" +
-                        std::to_string(profile.getProfileId()));
+        note(c,
+             "onSelectedProfileParameterChanged profile=" + std::to_string(profile.getProfileId()));
     }
     void onSelectedProfileEndpointChanged(AxContext& c, Port port, ProfileEndpoint& e) override {
         note(c, "onSelectedProfileEndpointChanged port=" + std::to_string(port) +
-                        " endpoint=" + std::to_string(e.getEndpoint()) +
-                        " profile=" + std::to_string(e.getProfileId()));
+                    " endpoint=" + std::to_string(e.getEndpoint()) +
+                    " profile=" + std::to_string(e.getProfileId()));
     }
     void onSelectedProfileIeqChanged(AxContext& c, Port port, IeqPreset& preset) override {
         note(c, "onSelectedProfileIeqChanged port=" + std::to_string(port) +
-                        " preset=" + std::to_string(preset.getPresetId()));
+                    " preset=" + std::to_string(preset.getPresetId()));
     }
     void onSelectedProfileGeqChanged(AxContext& c, GeqPreset& preset) override {
         note(c, "onSelectedProfileGeqChanged profile=" + std::to_string(preset.getProfileId()));
     }
     void onSelectedTuningChanged(AxContext& c, Port port, Tuning& tuning) override {
         note(c, "onSelectedTuningChanged port=" + std::to_string(port) +
-                        " tuning=" + tuning.getName());
+                    " tuning=" + tuning.getName());
     }
 
 private:
