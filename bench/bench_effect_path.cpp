@@ -1,16 +1,29 @@
 // The effect path against its floor: translating parameter views into a blob and sending it
 // through the effect handle, compared with writing the same blob's entries straight into the
 // shared store. Reported as ratios to the floor, which mean something on a noisy machine.
+//
+// ProfileSwitch runs the whole service path: the service context (started from the sample
+// factory file in a temporary device root) switches between two profiles, the controller takes
+// the new selection into its views and commits what changed; the floor writes the same two
+// blobs straight into the store.
 #include <benchmark/benchmark.h>
 
 #include <sfxparamstorage/SfxParamStore.h>
 
+#include <android/log.h>
+#include <stdlib.h>
+
 #include <cstdio>
+#include <filesystem>
 #include <map>
 #include <memory>
 #include <string>
 
+#include "common/DeviceRoot.h"
+#include "context/AxContext.h"
+#include "context/AxContextManager.h"
 #include "effect/ParameterTranslator.h"
+#include "effect/SfxController.h"
 #include "effect/SetParamCommand.h"
 #include "effect/SfxEffect.h"
 #include "model/AndroidDevice.h"
@@ -145,10 +158,91 @@ void BM_OneChange_TranslateAndSend(benchmark::State& s) {
     }
 }
 
+// A started service in a device root of its own, removed at exit.
+struct StartedService {
+    StartedService() {
+        namespace fs = std::filesystem;
+        std::string pattern = (fs::temp_directory_path() / "korvi-bench-XXXXXX").string();
+        dir = mkdtemp(pattern.data());
+        for (const char* sub : {"vendor/etc/korvi", "data/vendor/korvi", "sys/kernel/smartpa"}) {
+            fs::create_directories(fs::path(dir) / sub);
+        }
+        fs::copy_file(std::string(KORVI_DATA_DIR) + "/vendor/etc/korvi/wem-default.xml",
+                      fs::path(dir) / "vendor/etc/korvi/wem-default.xml");
+        setDeviceRoot(dir);
+        AxContextManager& manager = AxContextManager::getInstance();
+        manager.release();
+        AxContextManager::init_smartpa_type();
+        manager.init();
+        context = manager.getAxContext();
+        if (context == nullptr) std::abort();
+    }
+    ~StartedService() {
+        AxContextManager::getInstance().release();
+        std::filesystem::remove_all(dir);
+    }
+    std::string dir;
+    AxContext* context = nullptr;
+};
+
+StartedService& service() {
+    static StartedService started;
+    return started;
+}
+
+// Hands every blob to the real store and keeps a copy of the last one.
+class KeepingEffect : public SfxEffect {
+public:
+    KeepingEffect() : SfxEffect(0, android::String16()) {}
+    void sendSharedStore(void* data, unsigned size) override {
+        const int* words = static_cast<const int*>(data);
+        last.assign(words, words + size / sizeof(int));
+        SfxEffect::sendSharedStore(data, size);
+    }
+    std::vector<int> last;
+};
+
+// Dynamic (0) to Movie (1) and back: the two blobs such a round trip commits.
+std::pair<std::vector<int>, std::vector<int>> switchBlobs(AxContext& context) {
+    KeepingEffect effect;
+    SfxController controller(0, effect);
+    context.registerObserver(&controller);
+    context.setSelectedProfile(1);
+    std::vector<int> toMovie = effect.last;
+    context.setSelectedProfile(0);
+    std::vector<int> toDynamic = effect.last;
+    context.unregisterObserver(&controller);
+    return {toMovie, toDynamic};
+}
+
+void BM_ProfileSwitch_Floor(benchmark::State& s) {
+    AxContext& context = *service().context;
+    const auto [toMovie, toDynamic] = switchBlobs(context);
+    for (auto _ : s) {
+        writeDirect(toMovie);
+        writeDirect(toDynamic);
+    }
+    s.counters["entries"] = toMovie[1] + toDynamic[1];
+}
+
+void BM_ProfileSwitch_TranslateAndSend(benchmark::State& s) {
+    AxContext& context = *service().context;
+    SfxEffect effect(0, android::String16());
+    SfxController controller(0, effect);
+    context.registerObserver(&controller);
+    for (auto _ : s) {
+        context.setSelectedProfile(1);
+        context.setSelectedProfile(0);
+    }
+    context.unregisterObserver(&controller);
+}
+
 BENCHMARK(BM_FullSend_Floor);
 BENCHMARK(BM_FullSend_TranslateAndSend);
 BENCHMARK(BM_OneChange_Floor);
 BENCHMARK(BM_OneChange_TranslateAndSend);
+BENCHMARK(BM_ProfileSwitch_Floor);
+BENCHMARK(BM_ProfileSwitch_TranslateAndSend);
 
 // Prints the usual table, then each path's CPU time as a multiple of its floor's (CPU time is
 // less disturbed than wall time by other work on a shared machine).
@@ -159,11 +253,11 @@ public:
         ConsoleReporter::ReportRuns(runs);
     }
     void printRatios() const {
-        for (const char* path : {"FullSend", "OneChange"}) {
+        for (const char* path : {"FullSend", "OneChange", "ProfileSwitch"}) {
             const std::string floor = std::string("BM_") + path + "_Floor";
             const std::string real = std::string("BM_") + path + "_TranslateAndSend";
             if (mTimes.count(floor) && mTimes.count(real) && mTimes.at(floor) > 0) {
-                std::printf("%-10s translate+send / direct store write = %.2f\n", path,
+                std::printf("%-13s translate+send / direct store write = %.2f\n", path,
                             mTimes.at(real) / mTimes.at(floor));
             }
         }
@@ -176,7 +270,11 @@ private:
 }  // namespace
 }  // namespace korvi
 
+// Log lines are dropped: the service logs on every profile switch.
+void dropLogLine(const struct __android_logger_data*, const char*) {}
+
 int main(int argc, char** argv) {
+    __android_log_set_logger(dropLogLine);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     korvi::RatioReporter reporter;

@@ -21,7 +21,8 @@ namespace korvi {
 
 class SfxController : public OnAxContextChange {
 public:
-    // The devices that have a translator: the profile level first, then the six port devices.
+    // The devices that have a translator: the profile level (AUDIO_DEVICE_OUT_DEFAULT) and the
+    // six port devices. Sends walk them in ascending order, so the profile level comes last.
     static const std::set<AndroidDevice> kDevices;
 
     // id is kept as an opaque identifier. The effect is borrowed and must outlive the controller

@@ -40,12 +40,9 @@ void DeviceParameters::setTuning(Tuning& tuning) {
 }
 
 void DeviceParameters::updateParams(ParameterValues& source) {
-    for (const auto& [parameter, values] : source.mValues) {
-        if (values.empty()) continue;
-        if (checkAndUpdate(parameter, values) && mObserver != nullptr) {
-            mObserver->onParameterChanged(parameter);
-        }
-    }
+    mergeFrom(source, true, [this](Parameter parameter) {
+        if (mObserver != nullptr) mObserver->onParameterChanged(parameter);
+    });
 }
 
 }  // namespace korvi

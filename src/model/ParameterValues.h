@@ -49,6 +49,25 @@ protected:
     ParameterValues(const ParameterValues&) = default;
     ParameterValues& operator=(const ParameterValues&) = default;
 
+    // Merges every admissible value of source into this record in one ordered walk of both maps,
+    // with the rule of checkAndUpdate, and calls changed(parameter) for each value that really
+    // changed, before the next one is merged. Empty lists are skipped when skipEmpty is set.
+    template <typename Changed>
+    void mergeFrom(const ParameterValues& source, bool skipEmpty, Changed changed) {
+        auto at = mValues.begin();
+        for (const auto& [parameter, values] : source.mValues) {
+            if ((skipEmpty && values.empty()) || !admits(parameter)) continue;
+            while (at != mValues.end() && at->first < parameter) ++at;
+            if (at == mValues.end() || at->first != parameter) {
+                at = mValues.emplace_hint(at, parameter, std::vector<int>());
+            }
+            if (at->second == values) continue;
+            at->second = values;
+            mDirty = true;
+            changed(parameter);
+        }
+    }
+
     // Whether getValidParams() holds parameter; the views answer from a flag table, since they
     // ask on every merge.
     virtual bool admits(Parameter parameter) const { return getValidParams().count(parameter) != 0; }

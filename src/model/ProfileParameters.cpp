@@ -28,11 +28,9 @@ void ProfileParameters::setGeqPreset(GeqPreset& preset) {
 }
 
 void ProfileParameters::updateParams(ParameterValues& source) {
-    for (const auto& [parameter, values] : source.mValues) {
-        if (checkAndUpdate(parameter, values) && mObserver != nullptr) {
-            mObserver->onParameterChanged(parameter);
-        }
-    }
+    mergeFrom(source, false, [this](Parameter parameter) {
+        if (mObserver != nullptr) mObserver->onParameterChanged(parameter);
+    });
 }
 
 }  // namespace korvi
