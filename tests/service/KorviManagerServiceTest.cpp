@@ -276,18 +276,22 @@ TEST_F(ServiceTest, IntegerQueriesReadTheActivePortOfTheSelectedProfile) {
 
     // "DTFV": the factory file's format version as major × 1,000,000 + minor × 1,000 + patch.
     struct Case {
-        const char* major;
+        std::string version;  // major, minor and maintenance attributes
         long expected;
         const char* message;
     };
-    for (const Case& c : {Case{"3", 3005000, nullptr}, Case{"999", 999005000, nullptr},
-                          Case{"1000", -22, "XML version 1000.5.0 is invalid!"},
-                          Case{"3a", -22, "XML version 3a.5.0 is not in Major.Minor.Maintain format!"},
-                          Case{"1.2", -22, "XML version 1.2.5.0 is not in Major.Minor.Maintain format!"}}) {
-        SCOPED_TRACE(c.major);
+    for (const Case& c : {Case{R"("3" minor="5" maintenance="0")", 3005000, nullptr},
+                          Case{R"("999" minor="5" maintenance="7")", 999005007, nullptr},
+                          Case{R"("3" minor="1000" maintenance="0")", -22, "XML version 3.1000.0 is invalid!"},
+                          Case{R"("3a" minor="5" maintenance="0")", -22,
+                               "XML version 3a.5.0 is not in Major.Minor.Maintain format!"},
+                          Case{R"("1.2" minor="5" maintenance="0")", -22,
+                               "XML version 1.2.5.0 is not in Major.Minor.Maintain format!"}}) {
+        SCOPED_TRACE(c.version);
         stopService();
         dropDatabase();
-        startService({{"<format_version major=\"3\"", std::string("<format_version major=\"") + c.major + "\""}});
+        startService({{R"(<format_version major="3" minor="5" maintenance="0")",
+                       "<format_version major=" + c.version}});
         LogCapture logs;
         EXPECT_EQ(c.expected, mService->getIntParam(code("DTFV")));
         if (c.message != nullptr) {
