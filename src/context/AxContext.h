@@ -77,6 +77,8 @@ public:
     int getNumOfProfiles() const { return mNumProfiles; }
     int getNumOfIeqPresets() const { return mNumIeqPresets; }
     bool isSelected(int id) const;
+    // This and every other query of the selected profile end the process, as for an unknown
+    // profile id (-1), when the stored selection named no profile.
     int getSelectedProfile();
     GeqPreset* getSelectedProfileGeq();
     // For the endpoint of the port's current tuning; null (logged) when the port has no tuning.

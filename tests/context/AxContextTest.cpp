@@ -116,9 +116,9 @@ TEST_F(AxContextTest, AnnouncesOnlyRealChangesOfTheSelectedProfile) {
         {endpoint(2, HEADPHONE, VIRTUAL_BASS_ENABLE, {1, 1}), {}},  // refused
         {endpoint(2, SPEAKER, VIRTUAL_BASS_ENABLE, {bass == 0 ? 1 : 0}),
          {hp + "0 endpoint=0 profile=2"}},
-        {[&] { c.resetProfile(1); }, {}},
+        {[&] { c.resetProfile(1); EXPECT_FALSE(c.isProfileModified(1)); }, {}},
         {[&] { c.resetProfile(2); }, {"onSelectedProfileChanged"}},
-        {[&] { c.resetProfileGeq(3); }, {}},
+        {[&] { c.resetProfileGeq(3); EXPECT_FALSE(c.isProfileGeqModified(3)); }, {}},
         {[&] { c.resetProfileGeq(2); }, {"onSelectedProfileGeqChanged profile=2"}},
         {[&] { c.reloadAllProfile(); }, {"onSelectedProfileChanged", "onSfxOnChanged on=1"}},
     };
@@ -131,7 +131,6 @@ TEST_F(AxContextTest, AnnouncesOnlyRealChangesOfTheSelectedProfile) {
                          "Setting virtual-bass-enable is not supported for non-speaker endpoints"),
               1u);
     EXPECT_NE(c.getProfileParameter(2, HEADPHONE, VIRTUAL_BASS_ENABLE), (Values{1, 1}));
-    EXPECT_FALSE(c.isProfileModified(1));
     // The reload read the stored rows again: the unsaved change of profile 4 is gone.
     EXPECT_FALSE(c.isProfileModified(4));
     EXPECT_EQ(c.getSelectedProfile(), 0);
