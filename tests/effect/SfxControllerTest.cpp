@@ -116,6 +116,11 @@ TEST_F(SfxControllerTest, LoadSendsEveryRecordUnderItsPortsDevice) {
         }
     }
     EXPECT_GT(checked, 200u);
+
+    SfxContext& views = mController->getSfxContext();
+    EXPECT_EQ(views.getParameters(AUDIO_DEVICE_OUT_DEFAULT)->mValues[REVERB_SUPPRESSION_AMOUNT],
+              c.getProfile(0)->mValues[REVERB_SUPPRESSION_AMOUNT]);
+    EXPECT_EQ(views.getParameters(AUDIO_DEVICE_OUT_SPEAKER), views.getDeviceParameters(PORT_INTERNAL_SPEAKER));
 }
 
 // One send per announcement, carrying only the entries of changed sources on the devices of the
