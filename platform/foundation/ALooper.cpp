@@ -91,6 +91,7 @@ bool ALooper::loop() {
     // A message whose handler was unregistered in the meantime is dropped.
     sp<AHandler> handler = handlerFor(msg->mTarget);
     if (handler != nullptr) handler->deliverMessage(msg);
+    msg->markHandled();
     return true;
 }
 

@@ -6,6 +6,10 @@ namespace android {
 
 AMessage::AMessage() : mWhat(0), mTarget(0) {}
 
+AMessage::~AMessage() { Mutex::Autolock lock(mHandledLock); }
+
+void AMessage::markHandled() { Mutex::Autolock lock(mHandledLock); }
+
 AMessage::AMessage(uint32_t what, const sp<const AHandler>& handler) : mWhat(what), mTarget(0) {
     setTarget(handler);
 }

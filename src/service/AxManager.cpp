@@ -60,6 +60,9 @@ int AxManager::init() {
         mContext->unregisterObserver(mController.get());
         mRegistered = false;
     }
+    // A second start builds the effect side afresh; the old controller goes before its effect.
+    mController.reset();
+    mAdapter.reset();
     mContext = context;
     mSessionId = 0;
     makeSfxEffect();
@@ -81,22 +84,23 @@ void AxManager::makeSfxEffect() {
     mEffect = std::make_unique<SfxEffect>(mSessionId, android::String16("SfxEffect"));
 }
 
-void AxManager::createSfxEffect(int sessionId) {
-    mSessionId = sessionId;
-    std::unique_ptr<SfxEffect> previous = std::move(mEffect);
+void AxManager::replaceSfxEffect() {
+    const std::unique_ptr<SfxEffect> previous = std::move(mEffect);
     makeSfxEffect();
-    // A controller must never keep sending to an effect handle that is gone.
-    if (mController != nullptr && previous != nullptr && mContext != nullptr) {
+    // The controller must never keep sending to a handle that is gone, so a new handle always
+    // reaches it (with a full send) before the old one is deleted.
+    if (mController != nullptr && mContext != nullptr) {
         mController->setSfxEffect(*mEffect, *mContext);
     }
 }
 
+void AxManager::createSfxEffect(int sessionId) {
+    mSessionId = sessionId;
+    replaceSfxEffect();
+}
+
 bool AxManager::recreateAxEffect() {
-    std::unique_ptr<SfxEffect> previous = std::move(mEffect);
-    makeSfxEffect();
-    if (mController != nullptr && mContext != nullptr) {
-        mController->setSfxEffect(*mEffect, *mContext);
-    }
+    replaceSfxEffect();
     return true;
 }
 
@@ -194,7 +198,7 @@ std::vector<int> AxManager::getProfileParameter(int id, Parameter parameter) {
 }
 
 bool AxManager::setParameter(int profileId, int paramId, std::vector<int>& values) {
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
         values.empty()) {
         return false;
     }
@@ -208,7 +212,7 @@ bool AxManager::setParameter(int profileId, int paramId, std::vector<int>& value
 }
 
 std::vector<int> AxManager::getParameter(int profileId, int paramId) {
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
         return {};
     }
     return mAdapter->getParameter(profileId, paramId);
@@ -228,7 +232,7 @@ std::vector<int> AxManager::getProfilePortParameter(int profileId, int port, int
         return {};
     }
     const Endpoint endpoint = kPortNameToEndpoint.at(kPortNames[port]);
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId)) {
         return {};
     }
     return mAdapter->getProfileEndpointParameter(profileId, endpoint, paramId);
@@ -241,7 +245,7 @@ bool AxManager::setProfilePortParameter(int profileId, int port, int paramId,
         return false;
     }
     const Endpoint endpoint = kPortNameToEndpoint.at(kPortNames[port]);
-    if (profileId < 0 || paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
+    if (paramId < kFirstClientParamId || !isValidProfileId(profileId) ||
         values.empty()) {
         return false;
     }

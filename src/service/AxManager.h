@@ -96,6 +96,7 @@ public:
 private:
     bool isValidProfileId(int id);
     void makeSfxEffect();
+    void replaceSfxEffect();
 
     std::unique_ptr<SfxController> mController;
     AxContext* mContext = nullptr;  // borrowed from the context manager

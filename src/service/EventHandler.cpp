@@ -30,21 +30,30 @@ void KorviManagerService::EventHandler::stop() {
     mLooper->stop();
 }
 
-void KorviManagerService::EventHandler::sendMessage(const void* data, uint32_t size,
-                                                     uint32_t what) {
+namespace {
+
+// A copy of the caller's bytes, so that the caller may reuse its memory at once.
+sp<ABuffer> copyOf(const void* data, uint32_t size) {
     sp<ABuffer> buffer = new ABuffer(data != nullptr ? size : 0);
     if (buffer->size() > 0) memcpy(buffer->data(), data, buffer->size());
+    return buffer;
+}
+
+}  // namespace
+
+// The message is the buffer's only owner once posted: the handler thread may be the last to
+// use it.
+void KorviManagerService::EventHandler::sendMessage(const void* data, uint32_t size,
+                                                     uint32_t what) {
     sp<AMessage> msg = new AMessage(what, this);
-    msg->setBuffer("buffer", buffer);
+    msg->setBuffer("buffer", copyOf(data, size));
     msg->post();
 }
 
 void KorviManagerService::EventHandler::sendMessage(const void* data, uint32_t size, int port,
                                                      uint32_t what) {
-    sp<ABuffer> buffer = new ABuffer(data != nullptr ? size : 0);
-    if (buffer->size() > 0) memcpy(buffer->data(), data, buffer->size());
     sp<AMessage> msg = new AMessage(what, this);
-    msg->setBuffer("buffer", buffer);
+    msg->setBuffer("buffer", copyOf(data, size));
     msg->setInt32("port", port);
     msg->post();
 }
@@ -74,6 +83,7 @@ void KorviManagerService::EventHandler::onSetTuning(const sp<ABuffer>& buffer, i
     // name before it.
     const char* bytes = reinterpret_cast<const char*>(buffer->data());
     std::string name(bytes, strnlen(bytes, buffer->size()));
+    std::lock_guard<std::mutex> state(mService->mStateLock);
     mManager->setSelectedTuning(static_cast<korvi::Port>(port), name);
 }
 
@@ -93,9 +103,11 @@ void KorviManagerService::EventHandler::parseAndSendParam(const void* data, uint
 
     std::vector<int> values = request.values();
     int profile = request.word1();
+    std::unique_lock<std::mutex> state(mService->mStateLock);
     switch (request.event()) {
         case ClientRequest::EVENT_ON_OFF:
             mManager->setAxOn(request.word1() >= 1);
+            state.unlock();
             mManager->saveAxState();
             break;
         case ClientRequest::EVENT_SET_PARAMETER:
@@ -105,6 +117,7 @@ void KorviManagerService::EventHandler::parseAndSendParam(const void* data, uint
             mManager->setProfilePortParameter(profile, request.port(), request.paramId(), values);
             break;
         case ClientRequest::EVENT_SAVE:
+            state.unlock();
             ALOGD("save settings");
             mManager->saveAxStateAndSettings();
             break;
@@ -113,6 +126,7 @@ void KorviManagerService::EventHandler::parseAndSendParam(const void* data, uint
             if (profile >= 0 && profile < mManager->getNumOfProfiles() &&
                 mManager->setSelectedProfile(profile) &&
                 mManager->getSelectedProfile() == profile) {
+                state.unlock();
                 mManager->saveAxProfile();
             }
             break;

@@ -191,6 +191,7 @@ int KorviManagerService::setSfxParam(void* data, uint32_t size) {
 
 int KorviManagerService::getSfxParam(void* in, uint32_t inSize, void* out, uint32_t outSize) {
     if (!mInitialised) return kNotInitialised;
+    std::lock_guard<std::mutex> state(mStateLock);
     packAndReceiveParam(in, inSize, out, outSize);
     return 0;
 }
@@ -260,7 +261,12 @@ void KorviManagerService::packAndReceiveParam(const void* in, uint32_t inSize, v
 void KorviManagerService::setIntParam(uint32_t id, long /*value*/) {
     if (id != kReloadTuningFile) return;
     ALOGD("Notify clients that SFX params changed after reload tuning file.");
-    if (AxManager::reloadTuningXml() == 0) doOnSfxParamUpdate(nullptr, 0);
+    int reloaded;
+    {
+        std::lock_guard<std::mutex> state(mStateLock);
+        reloaded = AxManager::reloadTuningXml();
+    }
+    if (reloaded == 0) doOnSfxParamUpdate(nullptr, 0);
 }
 
 long KorviManagerService::getIntParam(uint32_t id) {
@@ -295,31 +301,44 @@ korvi::Port KorviManagerService::activePort() const {
 }
 
 int KorviManagerService::getTuningParamDSA() {
-    return mInitialised ? mManager->getTuningParamDSA(activePort()) : -1;
+    if (!mInitialised) return -1;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getTuningParamDSA(activePort());
 }
 
 int KorviManagerService::getTuningParamDHSA() {
-    return mInitialised ? mManager->getTuningParamDHSA(activePort()) : -1;
+    if (!mInitialised) return -1;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getTuningParamDHSA(activePort());
 }
 
 int KorviManagerService::getTuningParamDFSA() {
-    return mInitialised ? mManager->getTuningParamDFSA(activePort()) : -1;
+    if (!mInitialised) return -1;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getTuningParamDFSA(activePort());
 }
 
 int KorviManagerService::getVolumeLevelerAount() {
-    return mInitialised ? mManager->getVolumeLevelerAount(activePort()) : 0;
+    if (!mInitialised) return 0;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getVolumeLevelerAount(activePort());
 }
 
 bool KorviManagerService::isMonoInternalSpeaker() {
-    return mInitialised && mManager->isMonoInternalSpeaker();
+    if (!mInitialised) return false;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->isMonoInternalSpeaker();
 }
 
 bool KorviManagerService::isSpeakerPortraitMode() {
-    return mInitialised && mManager->isSpeakerPortraitMode();
+    if (!mInitialised) return false;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->isSpeakerPortraitMode();
 }
 
 int KorviManagerService::getDialogEnhancerAmount() {
     if (!mInitialised) return 0;
+    std::lock_guard<std::mutex> state(mStateLock);
     // Client id 108 is the dialog-enhancer amount of a profile endpoint.
     constexpr int kDialogEnhancerAmountId = 108;
     std::vector<int> values = mManager->getProfilePortParameter(
@@ -328,10 +347,16 @@ int KorviManagerService::getDialogEnhancerAmount() {
 }
 
 bool KorviManagerService::isMobilityProfileSelected() {
-    return mInitialised && mManager->isMobilityProfileSelected();
+    if (!mInitialised) return false;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->isMobilityProfileSelected();
 }
 
-bool KorviManagerService::getSfxEnabled() { return mInitialised && mManager->getAxOn(); }
+bool KorviManagerService::getSfxEnabled() {
+    if (!mInitialised) return false;
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getAxOn();
+}
 
 long KorviManagerService::getDefaultXmlFormatVersion() {
     if (!mInitialised) return kNotInitialised;
@@ -354,11 +379,15 @@ long KorviManagerService::getDefaultXmlFormatVersion() {
 }
 
 std::string KorviManagerService::getProfileName(int id) {
-    return mInitialised ? mManager->getProfileName(id) : std::string();
+    if (!mInitialised) return std::string();
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getProfileName(id);
 }
 
 std::string KorviManagerService::getIeqPresetName(int presetId) {
-    return mInitialised ? mManager->getIeqPresetName(presetId) : std::string();
+    if (!mInitialised) return std::string();
+    std::lock_guard<std::mutex> state(mStateLock);
+    return mManager->getIeqPresetName(presetId);
 }
 
 int KorviManagerService::getAvailableTuningDevicesLen(int port) {
@@ -367,6 +396,7 @@ int KorviManagerService::getAvailableTuningDevicesLen(int port) {
         ALOGE("%s invalid port number, %d", __func__, port);
         return kInvalidArgument;
     }
+    std::lock_guard<std::mutex> state(mStateLock);
     return mManager->getAvailableTuningDevicesLen(static_cast<korvi::Port>(port));
 }
 
@@ -376,8 +406,11 @@ int KorviManagerService::getAvailableTuningDevices(int port, void* buf, int len)
         ALOGE("%s invalid port number, %d", __func__, port);
         return kInvalidArgument;
     }
-    std::vector<std::string> names =
-            mManager->getAvailableTuningDevices(static_cast<korvi::Port>(port));
+    std::vector<std::string> names;
+    {
+        std::lock_guard<std::mutex> state(mStateLock);
+        names = mManager->getAvailableTuningDevices(static_cast<korvi::Port>(port));
+    }
     std::string packed;
     for (const std::string& name : names) packed.append(name.c_str(), name.size() + 1);
     if (buf == nullptr || len < 0 || packed.size() > static_cast<size_t>(len)) {
@@ -395,6 +428,7 @@ std::string KorviManagerService::getSelectedTuningDevice(int port) {
         ALOGE("%s invalid port number, %d", __func__, port);
         return std::string();
     }
+    std::lock_guard<std::mutex> state(mStateLock);
     return mManager->getSelectedTuningName(static_cast<korvi::Port>(port));
 }
 

@@ -103,6 +103,11 @@ private:
     std::unique_ptr<korvi::AxManager> mManager;
     std::atomic<bool> mInitialised{false};
     std::mutex mInitLock;  // one initialisation even when two clients register at once
+    // Serialises the handler thread's changes of the state with the reads of binder threads.
+    // The context guards each of its own calls, but its getters hand out references into its
+    // records, which their callers copy after the context's lock is released. Saves are made
+    // outside this lock: they only read values, so reads never wait for the database.
+    std::mutex mStateLock;
     std::atomic<int32_t> mActiveDevice{2};
     std::atomic<int32_t> mSecondValue{2};
     std::atomic<int64_t> mLastCodecType{-1};

@@ -116,6 +116,7 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
         check(id, parameter, written, {atMax ? min - 5 : max + 5}, {atMax ? min : max});
         check(id, parameter, written, {atMax ? max + 5 : min - 5}, {atMax ? max : min});
     }
+    for (int id : {101, 102, 104, 111}) EXPECT_EQ(mManager->getParamLength(id), 1);
     check(101, VIRTUALIZER_ENABLE, {"headphone"}, {5}, {5});  // virtualizer ids do not clamp
     check(102, VIRTUALIZER_ENABLE, {"speaker"}, {-3}, {-3});
     check(104, IEQ_ID, endpoints, {3}, {3});
@@ -134,6 +135,8 @@ TEST_F(AxManagerTest, ClientIdsClampAndWriteTheirLevel) {
         EXPECT_TRUE(mManager->setParameter(0, id, values));
         EXPECT_EQ(mManager->getParameter(0, 111), Values{bass});
         EXPECT_EQ(mManager->getParameter(0, 112), Values{virtualBass});
+        EXPECT_EQ(mManager->getProfilePortParameter(0, PORT_INTERNAL_SPEAKER, 112),
+                  Values{virtualBass});
     }
 }
 
@@ -196,6 +199,10 @@ TEST_F(AxManagerTest, PortsSelectTheirEndpoint) {
         EXPECT_EQ(levels(context, IEQ_AMOUNT), expected);
         EXPECT_EQ(mManager->getProfilePortParameter(1, port, 107), amount);
     }
+    Values loud{40};
+    EXPECT_TRUE(mManager->setProfilePortParameter(1, PORT_USB, 107, loud));
+    EXPECT_EQ(loud, Values{16});
+    EXPECT_EQ(mManager->getProfilePortParameter(1, PORT_USB, 107), Values{16});
     // Profile-level, GEQ and virtualizer ids have no per-endpoint values.
     for (auto [id, parameter] :
          {std::pair{114, REVERB_SUPPRESSION_ENABLE}, {110, GEQ_GAIN}, {101, VIRTUALIZER_ENABLE}}) {
@@ -289,6 +296,8 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
             (std::set<std::string>{"default_headphone", "korvi_earbuds_e2", "studio_monitor_hp3"}));
     EXPECT_EQ(mManager->getAvailableTuningDevicesLen(PORT_HEADPHONE), 18 + 17 + 19);
     EXPECT_FALSE(mManager->setSelectedTuning(PORT_HEADPHONE, "soundwave_bt500"));
+    EXPECT_EQ(mManager->getAvailableTuningDevicesLen(static_cast<Port>(7)), 0);
+    EXPECT_FALSE(mManager->setSelectedTuning(static_cast<Port>(-1), "default_headphone"));
     EXPECT_TRUE(mManager->setSelectedTuning(PORT_HEADPHONE, "studio_monitor_hp3"));
     EXPECT_EQ(mManager->getSelectedTuningName(PORT_HEADPHONE), "studio_monitor_hp3");
 

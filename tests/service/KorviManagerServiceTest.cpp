@@ -1,19 +1,13 @@
-// The service as clients meet it, end to end over a temporary device root with the bundled
-// tuning files and a real database: answers before initialisation, registration and
-// notifications, request events with exactly the persistence each one does, queries and their
-// byte layouts, integer queries and tuning devices.
+// The service as clients meet it, over a temporary device root with the bundled tuning files and
+// a real database: answers before initialisation, registration and notifications, request events
+// with exactly the persistence each one does, query layouts, integer queries, tuning devices.
+// Requests, queries and answers sit in heap blocks of exactly their size (see ServiceFixture.h).
 #include <gtest/gtest.h>
 
 #include <cutils/properties.h>
-#include <fcntl.h>
-#include <sfxparamstorage/SfxParamStore.h>
 #include <unistd.h>
 
-#include <string>
-#include <vector>
-
 #include "ServiceFixture.h"
-#include "context/AxContextManager.h"
 #include "support/LogCapture.h"
 
 namespace korvi::test {
@@ -21,17 +15,11 @@ namespace {
 
 constexpr const char* kTag = "KorviManagerService";
 constexpr uint32_t code(const char (&text)[5]) {
-    return static_cast<uint32_t>(text[0]) << 24 | static_cast<uint32_t>(text[1]) << 16 |
-           static_cast<uint32_t>(text[2]) << 8 | static_cast<uint32_t>(text[3]);
+    return uint32_t(text[0]) << 24 | uint32_t(text[1]) << 16 | uint32_t(text[2]) << 8 | text[3];
 }
-
-// The integer query "TCHC" answers to the number clients send for it, 0x43484354, whose letters
-// read "CHCT".
+// Clients send 0x43484354 for "TCHC" (its letters read "CHCT"); the number is what counts.
 constexpr uint32_t kTchc = 0x43484354;
-
-Bytes queryWord(uint8_t number, std::initializer_list<int32_t> words = {}) {
-    return request(number, words);
-}
+constexpr Parameter kSteerer = HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE;  // client id 113
 
 TEST_F(ServiceTest, BeforeInitialisationWritesAnswerMinus19AndQueriesTheirOwnValues) {
     property_set("persist.vendor.audio.scenario", "");
@@ -44,23 +32,21 @@ TEST_F(ServiceTest, BeforeInitialisationWritesAnswerMinus19AndQueriesTheirOwnVal
     EXPECT_EQ(1, property_get_int32("persist.vendor.audio.scenario", -1));
 
     uint8_t bytes[8] = {0, 0, 0, 0, 1, 0, 0, 0};
-    uint8_t out[4] = {0xee, 0xee, 0xee, 0xee};
     EXPECT_EQ(-19, service->setSfxParam(bytes, sizeof(bytes)));
-    EXPECT_EQ(-19, service->getSfxParam(bytes, 4, out, sizeof(out)));
-    EXPECT_EQ(0xee, out[0]);
+    EXPECT_EQ(-19, service->getSfxParam(bytes, 4, bytes + 4, 4));
+    EXPECT_EQ(1, bytes[4]);
     EXPECT_EQ(-19, service->getAvailableTuningDevicesLen(0));
     EXPECT_EQ(-19, service->setSelectedTuningDevice(0, bytes, 1));
     const std::vector<std::pair<uint32_t, long>> answers = {
-            {code("DCCP"), 0}, {code("DEAM"), 0},  {code("DFSA"), -1}, {code("DHSA"), -1},
-            {code("DDSA"), -1}, {code("DVLA"), 0}, {code("SFXO"), 0},  {kTchc, 2},
+            {code("DCCP"), 0}, {code("DEAM"), 0}, {code("DFSA"), -1}, {code("DHSA"), -1},
+            {code("DDSA"), -1}, {code("DVLA"), 0}, {code("SFXO"), 0}, {kTchc, 2},
             {code("LCTM"), -1000}, {code("LCTP"), -1}, {code("APMO"), 0}, {code("GDEA"), 0},
-            {code("DTFV"), -19}, {code("SPKM"), 0}, {code("SPKP"), 0},  {code("RLTF"), -1},
+            {code("DTFV"), -19}, {code("SPKM"), 0}, {code("SPKP"), 0}, {code("TCHC"), -1},
             {code("ADEV"), 2}};
     for (const auto& [id, answer] : answers) EXPECT_EQ(answer, service->getIntParam(id)) << id;
-    // ADEV, asked last, recorded the time of the call.
-    EXPECT_GE(service->getIntParam(code("LCTM")), 0);
+    EXPECT_GE(service->getIntParam(code("LCTM")), 0);  // ADEV recorded the time of the call
 
-    // Without a service state, registering does not initialise; the client is still kept.
+    // Without a service state a registration initialises nothing, but the client is kept.
     AxContextManager::getInstance().release();
     sp<RecordingClient> client = new RecordingClient(5);
     EXPECT_EQ(0, service->registerClient(client, 1, 5));
@@ -85,207 +71,195 @@ TEST_F(ServiceTest, ClientsAreNotifiedInUidOrderCountedByTypeAndRemovedOnUnregis
     EXPECT_EQ(4, mService->getIntParam(code("LCTP")));  // the last decoder type, even for a kept uid
     sync();
 
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_WARN, kTag, "register uid already existing 0x14"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_WARN, kTag, "registerClient got NULL client"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Last registered codec type is 4"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "registerClient(type = 5, uid = 20) entry"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "registerClient(type = 5, uid = 20) exit"));
-    // The second registration of uid 20 kept the first callback and still refreshed everyone.
-    EXPECT_EQ(0u, sameUid->count());
-    EXPECT_EQ(std::vector<Bytes>(6, kRefreshAll), ordinary->updates());
+    for (const char* line : {"register uid already existing 0x14", "registerClient got NULL client"}) {
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_WARN, kTag, line)) << line;
+    }
+    for (const char* line : {"Last registered codec type is 4", "Game SFX registered",
+                             "registerClient(type = 5, uid = 20) entry",
+                             "registerClient(type = 5, uid = 20) exit"}) {
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, line)) << line;
+    }
+    // The second registration of uid 20 kept the first callback and still refreshed everyone:
+    // six registrations from the first of uid 20 on, the probe's last one included.
+    EXPECT_TRUE(sameUid->updates().empty());
+    EXPECT_EQ(std::vector<Bytes>(6, words({-1, 0})), ordinary->updates());
     EXPECT_EQ(1, mService->getIntParam(code("DCCP")));
     EXPECT_EQ(1, mService->getIntParam(code("GDEA")));
 
     // A reload tells every client with an empty payload, in uid order, on the caller's thread;
-    // a client whose call fails is logged and the others still hear of it.
+    // a failing client is logged and the others still hear of it. Other ids do nothing.
     mRoot.copyFromData("data/vendor/korvi/wem-extra.xml");
-    decoder->setFailing(true);
-    journal.entries.clear();
-    logs.clear();
+    decoder->failing = true;
+    journal.clear();
+    mService->setIntParam(code("RLTX"), 0);
     mService->setIntParam(code("RLTF"), 0);
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag,
                               "Notify clients that SFX params changed after reload tuning file."));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "Call client failed on 10"));
-    std::vector<std::pair<uint32_t, Bytes>> expected = {
-            {10, {}}, {20, {}}, {30, {}}, {40, {}}};
-    EXPECT_EQ(expected, journal.entries);
-    mService->setIntParam(code("RLTX"), 0);
-    EXPECT_EQ(4u, journal.entries.size());
+    EXPECT_EQ((Journal{{10, {}}, {20, {}}, {30, {}}, {40, {}}}), journal);
 
-    // Unregistering: a decoder lowers the count, one of two games keeps the flag, the last
-    // clears it; an unknown uid is an error.
+    // A decoder leaving lowers the count (the probe is one too); of two game clients, the first
+    // leaving keeps the flag, the second clears it; an unknown uid is an error.
     logs.clear();
     EXPECT_EQ(0, mService->unregisterClient(decoder, 3, 10));
-    EXPECT_EQ(1, mService->getIntParam(code("DCCP")));  // the probe is a decoder client too
+    EXPECT_EQ(1, mService->getIntParam(code("DCCP")));
     EXPECT_EQ(0, mService->unregisterClient(game, 7, 30));
     EXPECT_EQ(1, mService->getIntParam(code("GDEA")));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 1"));
     EXPECT_EQ(0, mService->unregisterClient(secondGame, 7, 40));
     EXPECT_EQ(0, mService->getIntParam(code("GDEA")));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 0"));
     EXPECT_EQ(-22, mService->unregisterClient(game, 7, 30));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 1"));
+    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "Game SFX registered status: 0"));
     EXPECT_TRUE(logs.containsText(kTag, "uid 30 does not exist in Korvi Server"));
 
-    // A client that dies is dropped and hears nothing more; the probe's death lowers the count.
+    // A client that dies is dropped and hears nothing more; a dying decoder lowers the count.
     ordinary->notifyDeath();
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "binderDied : client uid 20"));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "removeNotificationClient(uid = 20) exit"));
-    size_t before = ordinary->count();
     mService->setIntParam(code("RLTF"), 0);
-    EXPECT_EQ(before, ordinary->count());
+    EXPECT_EQ(7u, ordinary->updates().size());  // six refreshes and the first reload
     mRegistered.clear();
-    sp<RecordingClient> probe = mProbe;
-    probe->notifyDeath();
+    mProbe->notifyDeath();
     EXPECT_EQ(0, mService->getIntParam(code("DCCP")));
-    mProbe = new RecordingClient(kProbeUid);  // for the fixture's own unregistering
 }
 
-// What each client departure leaves on disk: an ordinary client's unregistering saves the
-// working copy, a decoder's does not, nor does a death.
 TEST_F(ServiceTest, OnlyAnOrdinaryClientsDepartureSavesTheWorkingCopy) {
-    enum Departure { kUnregister, kDie };
     struct Case {
         int type;
-        Departure departure;
+        bool dies;
         bool saved;
     };
-    for (const Case& c : {Case{5, kUnregister, true}, Case{2, kUnregister, false},
-                          Case{5, kDie, false}, Case{7, kUnregister, false}}) {
-        SCOPED_TRACE(std::to_string(c.type) + (c.departure == kDie ? " dies" : " leaves"));
+    for (const Case& c : {Case{5, false, true}, Case{2, false, false}, Case{5, true, false},
+                          Case{7, false, false}}) {
+        SCOPED_TRACE(std::to_string(c.type) + (c.dies ? " dies" : " leaves"));
         dropDatabase();
         startService();
         sp<RecordingClient> client = addClient(60, c.type);
-        send(request(1, {1, 113, 0, 9}));  // profile 1, steerer distance 9
+        send(request(1, {1, 113, 0, 9}));
         sync();
-        ASSERT_EQ(std::vector<int>{9},
-                  mContext->getProfileParameter(1, SPEAKER,
-                                                HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
-        if (c.departure == kDie) {
+        ASSERT_EQ(std::vector<int>{9}, mContext->getProfileParameter(1, SPEAKER, kSteerer));
+        if (c.dies) {
             client->notifyDeath();
         } else {
             mService->unregisterClient(client, c.type, 60);
         }
         mRegistered.clear();
         stopService();
-        AxContext* restarted = restart();
-        std::vector<int> stored = restarted->getProfileParameter(
-                1, SPEAKER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE);
-        EXPECT_EQ(c.saved, stored == std::vector<int>{9});
+        EXPECT_EQ(c.saved, restart()->getProfileParameter(1, SPEAKER, kSteerer) == std::vector<int>{9});
     }
 }
 
 TEST_F(ServiceTest, RequestEventsChangeStateAndPersistExactlyWhatEachOneSaves) {
     startService();
     const int profiles = mContext->getNumOfProfiles();
-    ASSERT_GT(profiles, 2);
+    const bool wasOn = mContext->getSfxOn();
+    const std::vector<int> speakerLeveler = mContext->getProfileParameter(1, SPEAKER, VOLUME_LEVELER_ENABLE);
     LogCapture logs;
-    bool wasOn = mContext->getSfxOn();
-
-    send(request(0, {wasOn ? 0 : 1}));                // on/off, saved at once
-    send(request(1, {1, 113, 0, 100}));               // clamped to 64, all endpoints
-    send(request(2, {1, 3, 103, 0, 1}));              // headphone port: the headphone endpoint
-    send(request(10, {profiles}));                    // past the last profile: nothing
-    send(request(10, {2}));                           // selected and saved
-    send({1, 0, 0, 0, 10, 0, 0, 0});                  // event written backwards: ignored
-    send(request(1, {1, 113}));                       // header cut: one error line
-    send({0, 0});                                     // no event word: one error line
-    send(request(11, {0}));                           // reserved: ignored
+    Bytes setWithTail = request(1, {1, 113, 0, 100});
+    setWithTail.insert(setWithTail.end(), {1, 2, 3});  // a partial word is not a value
+    send(request(0, {wasOn ? 0 : 1}));     // on/off: saved at once
+    send(setWithTail);                     // clamped to 64 in every endpoint
+    send(request(2, {1, 3, 103, 0, !speakerLeveler[0]}));  // headphone port: that endpoint only
+    send(request(10, {profiles}));         // past the last profile: nothing
+    send(request(10, {2}));                // selected and saved
+    send({1, 0, 0, 0, 10, 0, 0, 0});       // event written backwards: ignored
+    send(request(13, {1}));                // past the last event: ignored
+    send(request(11, {0}));                // reserved: ignored
+    send(request(1, {1, 113}));            // header cut: one error line
+    send(request(2, {1, 3, 103}));         // likewise
+    send({0, 0});                          // no event word: one error line
     sync();
 
     EXPECT_EQ(!wasOn, mContext->getSfxOn());
     EXPECT_EQ(2, mContext->getSelectedProfile());
-    EXPECT_EQ(std::vector<int>{64}, mContext->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
-    EXPECT_EQ(std::vector<int>{1}, mContext->getProfileParameter(1, HEADPHONE, VOLUME_LEVELER_ENABLE));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "send para event 0x1"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "send para event 0xa000000"));
-    EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "set profile 2"));
-    EXPECT_EQ(1u, logs.count(ANDROID_LOG_ERROR, kTag,
-                             "parseAndSendParam: request of 12 bytes is too short for event 1"));
-    EXPECT_EQ(1u, logs.count(ANDROID_LOG_ERROR, kTag,
-                             "parseAndSendParam: request of 2 bytes has no event word"));
+    EXPECT_EQ(std::vector<int>{64}, mContext->getProfileParameter(1, OTHER, kSteerer));
+    EXPECT_EQ(std::vector<int>{!speakerLeveler[0]},
+              mContext->getProfileParameter(1, HEADPHONE, VOLUME_LEVELER_ENABLE));
+    EXPECT_EQ(speakerLeveler, mContext->getProfileParameter(1, SPEAKER, VOLUME_LEVELER_ENABLE));
+    for (const char* line : {"send para event 0x1", "send para event 0xa000000", "set profile 2",
+                             "set profile 5", "send para event 0xd000000"}) {
+        EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, line)) << line;
+    }
+    for (const char* line : {"parseAndSendParam: request of 12 bytes is too short for event 1",
+                             "parseAndSendParam: request of 16 bytes is too short for event 2",
+                             "parseAndSendParam: request of 2 bytes has no event word"}) {
+        EXPECT_EQ(1u, logs.count(ANDROID_LOG_ERROR, kTag, line)) << line;
+    }
 
-    // The on/off state and the selection are on disk; the parameters are not, until event 9.
+    // On disk: the on/off state and the selection; the parameters only after event 9.
     stopService();
     AxContext* restarted = restart();
     EXPECT_EQ(!wasOn, restarted->getSfxOn());
     EXPECT_EQ(2, restarted->getSelectedProfile());
-    EXPECT_NE(std::vector<int>{64}, restarted->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
-
-    mService = new KorviManagerService();
-    registerProbe();
-    mContext = restarted;
+    EXPECT_NE(std::vector<int>{64}, restarted->getProfileParameter(1, OTHER, kSteerer));
+    newService();
     send(request(1, {1, 113, 0, 100}));
     send(request(9, {}));
     sync();
     EXPECT_TRUE(logs.contains(ANDROID_LOG_DEBUG, kTag, "save settings"));
     stopService();
-    EXPECT_EQ(std::vector<int>{64}, restart()->getProfileParameter(1, OTHER, HEADPHONE_VIRTUALIZER_STEERER_SOURCE_DISTANCE));
-}
-
-TEST_F(ServiceTest, ResetEventAndModifiedQueryFollowEachOther) {
-    startService();
-    const int profiles = mContext->getNumOfProfiles();
-    auto modified = [&](int profile) { return query(queryWord(11, {profile}), 4); };
-    EXPECT_EQ(littleEndianWords({0}), modified(1));
-    send(request(1, {1, 107, 0, 3}));
-    sync();
-    EXPECT_EQ(littleEndianWords({1}), modified(1));
-    send(request(12, {profiles}));  // past the last profile: nothing
-    sync();
-    EXPECT_EQ(littleEndianWords({1}), modified(1));
-    send(request(12, {1}));
-    sync();
-    EXPECT_EQ(littleEndianWords({0}), modified(1));
-    // Outside the profiles, nothing is answered.
-    EXPECT_EQ(Bytes(4, 0xee), modified(profiles));
-    EXPECT_EQ(Bytes(4, 0xee), modified(-1));
+    EXPECT_EQ(std::vector<int>{64}, restart()->getProfileParameter(1, OTHER, kSteerer));
 }
 
 TEST_F(ServiceTest, QueriesAnswerTheirLayoutsWithinTheClientsBuffer) {
     startService();
     LogCapture logs;
+    const int profiles = mContext->getNumOfProfiles();
+    auto modified = [&](int profile) { return query(request(11, {profile})); };
+    EXPECT_EQ(words({0}), modified(1));
     send(request(1, {2, 113, 0, 40}));
     send(request(2, {2, 0, 116, 0, 7}));  // leveler amount: speaker endpoint
     send(request(2, {2, 3, 116, 0, 3}));  // and headphone endpoint
+    send(request(1, {1, 107, 0, 3}));
     sync();
-    const Bytes untouched4(4, 0xee);
+    EXPECT_EQ(words({1}), modified(1));
+    send(request(12, {profiles}));  // past the last profile: nothing
+    sync();
+    EXPECT_EQ(words({1}), modified(1));
+    send(request(12, {1}));
+    sync();
+    EXPECT_EQ(words({0}), modified(1));
 
-    EXPECT_EQ(littleEndianWords({mContext->getSfxOn() ? 1 : 0}), query(queryWord(0), 4));
-    EXPECT_EQ(littleEndianWords({40}), query(queryWord(1, {113, 2}), 4));
-    // Query 2: byte 8 packs the profile (high four bits) and the port (low four bits).
-    Bytes portQuery = queryWord(2, {116});
-    portQuery.push_back(0x20);
-    EXPECT_EQ(littleEndianWords({7}), query(portQuery, 4));
+    const Bytes untouched(4, 0xee);
+    EXPECT_EQ(words({mContext->getSfxOn() ? 1 : 0}), query(request(0, {})));
+    EXPECT_EQ(words({40}), query(request(1, {113, 2})));
+    Bytes portQuery = request(2, {116});
+    portQuery.push_back(0x20);  // profile in the high four bits, port in the low four
+    EXPECT_EQ(words({7}), query(portQuery));
     portQuery.back() = 0x23;
-    EXPECT_EQ(littleEndianWords({3}), query(portQuery, 4));
-    EXPECT_EQ(littleEndianWords({mContext->getNumOfProfiles()}), query(queryWord(3), 4));
-    EXPECT_EQ(littleEndianWords({mContext->getNumOfIeqPresets()}), query(queryWord(4), 4));
-    EXPECT_EQ(littleEndianWords({mContext->getSelectedProfile()}), query(queryWord(10), 4));
-    EXPECT_EQ(littleEndianWords({0}), query(queryWord(13), 4));  // the speaker tuning is not mono
+    EXPECT_EQ(words({3}), query(portQuery));
+    EXPECT_EQ(words({profiles}), query(request(3, {})));
+    EXPECT_EQ(words({mContext->getNumOfIeqPresets()}), query(request(4, {})));
+    EXPECT_EQ(words({mContext->getSelectedProfile()}), query(request(10, {})));
+    EXPECT_EQ(words({0}), query(request(13, {})));  // the speaker tuning is not mono
     for (uint8_t silent : {5, 6, 7, 8, 9, 12, 14}) {
-        EXPECT_EQ(untouched4, query(queryWord(silent), 4)) << int(silent);
+        EXPECT_EQ(untouched, query(request(silent, {}))) << int(silent);
     }
+    EXPECT_EQ(untouched, query({0, 1, 0, 0}));
+    EXPECT_EQ(untouched, modified(profiles));
+    EXPECT_EQ(untouched, modified(-1));
 
-    // The 20 GEQ gains fit 80 bytes, not 79; a single value needs four bytes.
-    Bytes geq = query(queryWord(1, {110, 2}), 80);
-    EXPECT_NE(Bytes(80, 0xee), geq);
-    EXPECT_EQ(Bytes(79, 0xee), query(queryWord(1, {110, 2}), 79));
-    EXPECT_EQ(Bytes(3, 0xee), query(queryWord(3), 3));
+    // The 20 GEQ gains need 80 bytes; a single value four.
+    EXPECT_NE(Bytes(80, 0xee), query(request(1, {110, 2}), 80));
+    EXPECT_EQ(Bytes(79, 0xee), query(request(1, {110, 2}), 79));
+    EXPECT_EQ(Bytes(3, 0xee), query(request(3, {}), 3));
     EXPECT_EQ(2u, logs.count(ANDROID_LOG_ERROR, kTag,
                              "packAndReceiveParam : Invalid output length, not enough buffer!"));
-    EXPECT_EQ(untouched4, query({0, 0, 0}, 4));
-    EXPECT_EQ(untouched4, query(queryWord(1, {110}), 4));
-    EXPECT_EQ(2u, logs.count(ANDROID_LOG_ERROR, kTag, "packAndReceiveParam : Invalid input length!"));
+    EXPECT_EQ(untouched, query({0, 0, 0}));
+    EXPECT_EQ(untouched, query(request(1, {110})));
+    EXPECT_EQ(untouched, query(request(11, {})));
+    EXPECT_EQ(3u, logs.count(ANDROID_LOG_ERROR, kTag, "packAndReceiveParam : Invalid input length!"));
 }
 
-TEST_F(ServiceTest, IntegerQueriesReadTheSpeakerPortOfTheSelectedProfile) {
+TEST_F(ServiceTest, IntegerQueriesReadTheActivePortOfTheSelectedProfile) {
     startService();
-    send(request(2, {mContext->getSelectedProfile(), 0, 108, 0, 11}));  // dialog-enhancer amount
-    send(request(2, {mContext->getSelectedProfile(), 0, 116, 0, 6}));   // leveler amount
+    const int selected = mContext->getSelectedProfile();
+    send(request(2, {selected, 0, 108, 0, 11}));  // dialog-enhancer amount, speaker endpoint
+    send(request(2, {selected, 0, 116, 0, 6}));   // leveler amount
+    send(request(2, {selected, 3, 108, 0, 2}));   // another port: not the active device's
     sync();
     auto first = [&](Parameter parameter) {
-        std::vector<int>& values = mContext->getSelectedTuningParameter(PORT_INTERNAL_SPEAKER, parameter);
+        const std::vector<int>& values = mContext->getSelectedTuningParameter(PORT_INTERNAL_SPEAKER, parameter);
         return values.empty() ? 0 : values[0];
     };
     EXPECT_EQ(11, mService->getIntParam(code("DEAM")));
@@ -296,36 +270,33 @@ TEST_F(ServiceTest, IntegerQueriesReadTheSpeakerPortOfTheSelectedProfile) {
     EXPECT_EQ(first(ORIENTATION) == 0 ? 1 : 0, mService->getIntParam(code("SPKP")));
     EXPECT_EQ(0, mService->getIntParam(code("SPKM")));
     EXPECT_EQ(mContext->getSfxOn() ? 1 : 0, mService->getIntParam(code("SFXO")));
-    EXPECT_EQ(mContext->getProfile(mContext->getSelectedProfile())->isMobility() ? 1 : 0,
-              mService->getIntParam(code("APMO")));
-    EXPECT_EQ(3005000, mService->getIntParam(code("DTFV")));  // format version 3.5.0
+    EXPECT_EQ(mContext->getProfile(selected)->isMobility() ? 1 : 0, mService->getIntParam(code("APMO")));
     EXPECT_EQ(2, mService->getIntParam(kTchc));
-    EXPECT_EQ(-1, mService->getIntParam(code("TCHC")));
-}
+    EXPECT_EQ(2, mService->getActiveDevice());
 
-TEST_F(ServiceTest, FormatVersionTextsThatAreNotThreeSmallNumbersAnswerMinus22) {
+    // "DTFV": the factory file's format version as major × 1,000,000 + minor × 1,000 + patch.
     struct Case {
-        const char* major;
+        std::string version;  // major, minor and maintenance attributes
         long expected;
         const char* message;
     };
-    // The version text is the factory file's format_version attributes joined by dots.
-    for (const Case& c : {Case{"999", 999005000, nullptr},
-                          Case{"1000", -22, "XML version 1000.5.0 is invalid!"},
-                          Case{"3a", -22, "XML version 3a.5.0 is not in Major.Minor.Maintain format!"},
-                          Case{"1.2", -22, "XML version 1.2.5.0 is not in Major.Minor.Maintain format!"}}) {
-        SCOPED_TRACE(c.major);
-        mContext = start({{"<format_version major=\"3\"",
-                           std::string("<format_version major=\"") + c.major + "\""}});
-        ASSERT_NE(nullptr, mContext);
-        mService = new KorviManagerService();
-        registerProbe();
+    for (const Case& c : {Case{R"("3" minor="5" maintenance="0")", 3005000, nullptr},
+                          Case{R"("999" minor="5" maintenance="7")", 999005007, nullptr},
+                          Case{R"("3" minor="1000" maintenance="0")", -22, "XML version 3.1000.0 is invalid!"},
+                          Case{R"("3a" minor="5" maintenance="0")", -22,
+                               "XML version 3a.5.0 is not in Major.Minor.Maintain format!"},
+                          Case{R"("1.2" minor="5" maintenance="0")", -22,
+                               "XML version 1.2.5.0 is not in Major.Minor.Maintain format!"}}) {
+        SCOPED_TRACE(c.version);
+        stopService();
+        dropDatabase();
+        startService({{R"(<format_version major="3" minor="5" maintenance="0")",
+                       "<format_version major=" + c.version}});
         LogCapture logs;
         EXPECT_EQ(c.expected, mService->getIntParam(code("DTFV")));
         if (c.message != nullptr) {
             EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, c.message)) << logs.dump();
         }
-        stopService();
     }
 }
 
@@ -337,18 +308,17 @@ TEST_F(ServiceTest, TuningDevicesArePackedListedAndSelectedThroughTheHandler) {
     std::string packed;
     for (const std::string& name : names) packed.append(name.c_str(), name.size() + 1);
     ASSERT_EQ(static_cast<int>(packed.size()), mService->getAvailableTuningDevicesLen(3));
-
     std::vector<char> exact(packed.size(), 'x');
     EXPECT_EQ(0, mService->getAvailableTuningDevices(3, exact.data(), exact.size()));
     EXPECT_EQ(packed, std::string(exact.begin(), exact.end()));
     std::vector<char> shortBy1(packed.size() - 1, 'x');
     EXPECT_EQ(-22, mService->getAvailableTuningDevices(3, shortBy1.data(), shortBy1.size()));
     EXPECT_EQ(std::string(shortBy1.size(), 'x'), std::string(shortBy1.begin(), shortBy1.end()));
+    EXPECT_EQ(-22, mService->getAvailableTuningDevicesLen(6));
+    EXPECT_EQ("", mService->getSelectedTuningDevice(-1));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag,
             "getAvailableTuningDevices not enough buffer for transferring device name lists for port 3"));
-    EXPECT_EQ(-22, mService->getAvailableTuningDevicesLen(6));
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "getAvailableTuningDevicesLen invalid port number, 6"));
-    EXPECT_EQ("", mService->getSelectedTuningDevice(-1));
 
     // The name travels without a terminating zero; an unknown name changes nothing.
     std::string chosen = names.back() == mService->getSelectedTuningDevice(3) ? names.front() : names.back();
@@ -368,8 +338,8 @@ TEST_F(ServiceTest, DeniedDumpWritesNothingAndStoreCallsReachTheSharedStore) {
     ASSERT_EQ(0, pipe(fds));
     mService->dumpPermissionDenial(fds[1]);
     const char marker = '!';
-    ASSERT_EQ(1, write(fds[1], &marker, 1));
     char first = 0;
+    ASSERT_EQ(1, write(fds[1], &marker, 1));
     ASSERT_EQ(1, read(fds[0], &first, 1));
     EXPECT_EQ('!', first);  // nothing came before the marker
     close(fds[0]);
@@ -383,7 +353,7 @@ TEST_F(ServiceTest, DeniedDumpWritesNothingAndStoreCallsReachTheSharedStore) {
     int version = 0;
     EXPECT_EQ(0, mService->getStoredParams(&params, false, &version));
     EXPECT_EQ(1, version);
-    EXPECT_EQ(1u, params.size());
+    ASSERT_EQ(1u, params.size());
     EXPECT_EQ(0x4u, params.keyAt(0));
     android::SfxParamStore::releaseStoredParams(&params);
 }

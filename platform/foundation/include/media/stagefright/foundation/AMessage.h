@@ -8,6 +8,7 @@
 #include <media/stagefright/foundation/ABuffer.h>
 #include <media/stagefright/foundation/AHandler.h>
 #include <utils/Errors.h>
+#include <utils/Mutex.h>
 #include <utils/RefBase.h>
 
 #include <map>
@@ -32,10 +33,13 @@ struct AMessage : public RefBase {
     status_t post(int64_t delayUs = 0);
 
 protected:
-    ~AMessage() override = default;
+    ~AMessage() override;
 
 private:
     friend struct ALooper;
+
+    // Called by the looper thread once the handler is done with the message.
+    void markHandled();
 
     uint32_t mWhat;
     handler_id mTarget;
@@ -43,6 +47,10 @@ private:
     wp<ALooper> mLooper;
     std::map<std::string, int32_t> mInt32s;
     std::map<std::string, sp<ABuffer>> mBuffers;
+    // Whichever thread drops the last reference destroys the message. libutils' reference
+    // counts order that destruction after the handler's last use, but on host they are not
+    // visible to ThreadSanitizer; this lock, taken after handling and on destruction, shows it.
+    Mutex mHandledLock;
 };
 
 }  // namespace android
