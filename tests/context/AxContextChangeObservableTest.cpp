@@ -9,60 +9,44 @@ namespace {
 
 TEST(AxContextChangeObservableTest, ForwardsEveryCallOnceToEachObserverInAddressOrder) {
     test::ContextStore store;
-    AxContextChangeObservable observable;
-    AxContext context(&store.provider(), &observable);
+    AxContextChangeObservable o;
+    AxContext context(&store.provider(), &o);
     Profile profile(4, "Game", false);
     ProfileEndpoint endpoint(4, HEADPHONE, 2);
     IeqPreset ieq(3, "warm");
     GeqPreset geq(4);
     Tuning tuning("external_display", OTHER, false);
+    const test::Events kCalls = {
+        "onLoad", "onSfxOnChanged on=0", "onSfxOnChanged on=1", "onSelectedProfileChanged",
+        "onSelectedProfileParameterChanged profile=4",
+        "onSelectedProfileEndpointChanged port=5 endpoint=1 profile=4",
+        "onSelectedProfileIeqChanged port=4 preset=3", "onSelectedProfileGeqChanged profile=4",
+        "onSelectedTuningChanged port=2 tuning=external_display"};
     auto announceAll = [&] {
-        observable.onLoad(context);
-        observable.onSfxOnChanged(context, false);
-        observable.onSfxOnChanged(context, true);
-        observable.onSelectedProfileChanged(context);
-        observable.onSelectedProfileParameterChanged(context, profile);
-        observable.onSelectedProfileEndpointChanged(context, PORT_USB, endpoint);
-        observable.onSelectedProfileIeqChanged(context, PORT_BLUETOOTH, ieq);
-        observable.onSelectedProfileGeqChanged(context, geq);
-        observable.onSelectedTuningChanged(context, PORT_MIRACAST, tuning);
+        o.onLoad(context), o.onSfxOnChanged(context, false), o.onSfxOnChanged(context, true);
+        o.onSelectedProfileChanged(context), o.onSelectedProfileParameterChanged(context, profile);
+        o.onSelectedProfileEndpointChanged(context, PORT_USB, endpoint);
+        o.onSelectedProfileIeqChanged(context, PORT_BLUETOOTH, ieq);
+        o.onSelectedProfileGeqChanged(context, geq);
+        o.onSelectedTuningChanged(context, PORT_MIRACAST, tuning);
     };
-    std::vector<std::string> shared;
-    test::RecordingObserver pair[2] = {test::RecordingObserver("low", &shared),
-                                       test::RecordingObserver("high", &shared)};
-    announceAll();  // nothing registered: nothing happens
-    EXPECT_TRUE(shared.empty());
-
-    // Registered high first and low twice: called in address order, each once.
-    observable.registerObserver(&pair[1]);
-    observable.registerObserver(&pair[0]);
-    observable.registerObserver(&pair[0]);
-    announceAll();
-    std::vector<std::string> expected;
-    for (const char* event :
-         {"onLoad", "onSfxOnChanged on=0", "onSfxOnChanged on=1", "onSelectedProfileChanged",
-          "onSelectedProfileParameterChanged profile=4",
-          "onSelectedProfileEndpointChanged port=5 endpoint=1 profile=4",
-          "onSelectedProfileIeqChanged port=4 preset=3", "onSelectedProfileGeqChanged profile=4",
-          "onSelectedTuningChanged port=2 tuning=external_display"}) {
-        expected.push_back(std::string("low ") + event);
-        expected.push_back(std::string("high ") + event);
-    }
-    EXPECT_EQ(shared, expected);
-
+    test::Events log, expected;
+    test::RecordingObserver pair[2] = {test::RecordingObserver("low", &log),
+                                       test::RecordingObserver("high", &log)};
     test::RecordingObserver stranger;
-    observable.unregisterObserver(&stranger);  // not registered: no effect
-    observable.unregisterObserver(&pair[0]);
-    shared.clear();
-    observable.onLoad(context);
-    EXPECT_EQ(shared, std::vector<std::string>{"high onLoad"});
-    observable.unregisterAll();
-    shared.clear();
+    announceAll();  // nothing registered yet
+    o.registerObserver(&pair[1]), o.registerObserver(&pair[0]), o.registerObserver(&pair[0]);
     announceAll();
-    EXPECT_TRUE(shared.empty());
-    observable.registerObserver(&pair[0]);
-    observable.onLoad(context);
-    EXPECT_EQ(shared, std::vector<std::string>{"low onLoad"});
+    for (const std::string& call : kCalls) expected.insert(expected.end(), {"low " + call, "high " + call});
+    o.unregisterObserver(&stranger);  // not registered: no effect
+    o.unregisterObserver(&pair[0]);
+    o.onLoad(context);
+    o.unregisterAll();
+    announceAll();
+    o.registerObserver(&pair[0]);
+    o.onLoad(context);
+    expected.insert(expected.end(), {"high onLoad", "low onLoad"});
+    EXPECT_EQ(log, expected);
 }
 
 }  // namespace
