@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -81,6 +82,11 @@ TEST_F(AxContextManagerTest, AmplifierTypeFileSetsTheTypeAndTheFactoryFile) {
         {nullptr, -119, 2, {"E fopen " + typePath + " failed!"}},
         {"<dir>", -22, 2, {"E bytes_read open " + typePath + " failed!"}},
     };
+    auto openFiles = [] {
+        auto it = std::filesystem::directory_iterator("/proc/self/fd");
+        return std::distance(begin(it), end(it));
+    };
+    const auto filesBefore = openFiles();
     for (const auto& c : kCases) {
         std::filesystem::remove_all(typePath);
         if (c.content != nullptr && std::string(c.content) == "<dir>") {
@@ -93,6 +99,7 @@ TEST_F(AxContextManagerTest, AmplifierTypeFileSetsTheTypeAndTheFactoryFile) {
         EXPECT_EQ(Values({result, AxContextManager::get_smartpa_type()}), Values({c.result, c.type}));
         EXPECT_EQ(logLines(logs, kTag), c.log);
     }
+    EXPECT_EQ(openFiles(), filesBefore) << "the type file is closed again";
     // fs19xx amplifiers read their own file; the others the default file, missing here.
     std::filesystem::remove_all(typePath);
     std::filesystem::remove(mRoot.path(kFactory));
@@ -204,8 +211,10 @@ TEST_F(AxContextManagerTest, OnlyAChangedSignatureRebuildsAndTheRebuildKeepsTheO
                                                 "D getSignature(): XML file md5sum " + md5}));
         EXPECT_EQ(state(context), (Events{"0", "2", "korvi_earbuds_e2"}));
     }
-    // One byte of the factory file changes: a rebuild from the file, the on/off choice kept.
-    mRoot.write(kFactory, replaced(mRoot.read(kFactory), "four-speaker", "Four-speaker"));
+    // The factory file changes (profile 0's speaker turns IEQ off): a rebuild from the file, the
+    // on/off choice kept, and an endpoint with IEQ off keeps no IEQ preset selected.
+    mRoot.write(kFactory, replaced(mRoot.read(kFactory), "<ieq-enable value=\"true\"/>",
+                                   "<ieq-enable value=\"false\"/>"));
     AxContext* context = startUp();
     ASSERT_NE(context, nullptr);
     EXPECT_EQ(state(context), (Events{"0", "0", "default_headphone"}));
@@ -221,6 +230,9 @@ TEST_F(AxContextManagerTest, OnlyAChangedSignatureRebuildsAndTheRebuildKeepsTheO
     std::sort(expectedConfig.begin(), expectedConfig.end());
     EXPECT_EQ(db.rows("SELECT key, value FROM configuration ORDER BY key"), expectedConfig);
     EXPECT_EQ(db.value("SELECT COUNT(*) FROM profiles WHERE volume_modeler_enable='7'"), "0");
+    EXPECT_EQ(db.rows("SELECT custom_name, selected_ieq_preset_id FROM profile_endpoints WHERE "
+                      "profile_id=0 AND endpoint='speaker' ORDER BY 1"),
+              (Rows{{"custom", "0"}, {"default", "0"}}));
     EXPECT_EQ(oemRows(), kMergedOemRows);
 }
 
@@ -308,6 +320,9 @@ TEST_F(AxContextManagerTest, WritesThatFailAreRolledBackAndReported) {
     EXPECT_EQ(AxContextManager::getInstance().loadOemTuning(), AxContextManager::kOemWriteFailed);
     EXPECT_EQ(oemRows(), kMergedOemRows);
     EXPECT_EQ(context->getSelectedTuning(PORT_BLUETOOTH)->getName(), "headphone_bluetooth");
+    const Events bluetooth = context->getAvailableTuningDevice(PORT_BLUETOOTH);
+    EXPECT_EQ(std::count(bluetooth.begin(), bluetooth.end(), "oem_neckband_n7"), 1)
+        << "the cached devices follow the rows that stayed";
 
     const std::string signature = config("signature");
     mRoot.write(kFactory, replaced(mRoot.read(kFactory), "four-speaker", "Four-speaker"));
