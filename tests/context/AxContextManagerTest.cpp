@@ -154,31 +154,27 @@ TEST_F(AxContextManagerTest, FirstStartBuildsTheDatabaseAndMergesTheOemFile) {
     // The OEM tuning named like a factory one is dropped, and so is the device that uses it.
     EXPECT_EQ(oemRows(), kMergedOemRows);
 
-    // The merge runs after the rebuild's rows and before the closing lines; within the merge the
-    // records come in set order, which carries no meaning.
-    const Events merge = {
-        "E Drop OEM Device Tuning with tuning.name [earbuds_e2] (duplicate in default xml)",
-        "E Found OEM tuning [earbuds_e2] already exists in the default tuning XML, drop it.",
-        "I Add OEM Device Tuning Port[bluetooth] : Device[oem_neckband_n7] with tuning.name "
-        "[oem_neckband_n7]",
-        "I Add OEM Device Tuning Port[usb] : Device[oem_neckband_n7_usb] with tuning.name "
-        "[oem_neckband_n7]",
-        "I Add OEM Tuning oem_neckband_n7"};
-    Events expected = {"D Tuning XML file has been updated"};
-    expected.insert(expected.end(), merge.begin(), merge.end());
-    expected.insert(expected.end(), {"D Tell database to reload cached device tunings.",
-                                     "I Load OEM tuning XML after default tuning XML is reloaded"});
-    Events seen;
-    for (const std::string& line : logLines(logs, kTag)) {
-        if (line.rfind("D ", 0) != 0 || std::count(expected.begin(), expected.end(), line)) {
-            seen.push_back(line);
-        }
-    }
-    seen.erase(std::remove(seen.begin(), seen.end(), "I smartpa_type: 0"), seen.end());
-    seen.erase(std::remove(seen.begin(), seen.end(), "I find: none \n"), seen.end());
-    ASSERT_EQ(seen.size(), expected.size()) << logs.dump();
-    std::sort(seen.begin() + 1, seen.begin() + 1 + merge.size());
-    EXPECT_EQ(seen, expected);
+    // The merge runs inside the rebuild, before its closing lines; within the merge the records
+    // come in set order, which carries no meaning, so its lines are compared sorted.
+    const Events lines = logLines(logs, kTag);
+    const auto from = std::find(lines.begin(), lines.end(), "D Tuning XML file has been updated");
+    const auto to =
+        std::find(lines.begin(), lines.end(), "D Tell database to reload cached device tunings.");
+    ASSERT_TRUE(from < to && to + 1 < lines.end()) << logs.dump();
+    Events merge;
+    std::copy_if(from, to, std::back_inserter(merge), [](auto& l) { return l[0] != 'D'; });
+    std::sort(merge.begin(), merge.end());
+    EXPECT_EQ(merge,
+              (Events{"E Drop OEM Device Tuning with tuning.name [earbuds_e2] (duplicate in "
+                      "default xml)",
+                      "E Found OEM tuning [earbuds_e2] already exists in the default tuning XML, "
+                      "drop it.",
+                      "I Add OEM Device Tuning Port[bluetooth] : Device[oem_neckband_n7] with "
+                      "tuning.name [oem_neckband_n7]",
+                      "I Add OEM Device Tuning Port[usb] : Device[oem_neckband_n7_usb] with "
+                      "tuning.name [oem_neckband_n7]",
+                      "I Add OEM Tuning oem_neckband_n7"}));
+    EXPECT_EQ(to[1], "I Load OEM tuning XML after default tuning XML is reloaded");
 
     // The context starts on the rebuilt state and offers the merged OEM device.
     EXPECT_EQ(context->getSelectedTuningDevice(PORT_HEADPHONE), "default_headphone");
