@@ -51,16 +51,6 @@ TEST(ProfileContextTest, ModificationTestsTellProfileEndpointAndGeqChangesApart)
     context.load();
     EXPECT_FALSE(context.isModified() || context.isProfileSpecificSettingsModified());
     EXPECT_TRUE(context.isGeqModified());
-
-    // A working GEQ preset differs from a factory one that is missing.
-    ContextStore lost([](Provider&, RawDb& db) {
-        db.exec("DELETE FROM geq_presets WHERE profile_id=4 AND custom_name='default'");
-    });
-    ProfileContext profile4(&lost.provider(), 4);
-    profile4.load();
-    ASSERT_NE(profile4.getSelectedGeqPreset(), nullptr);
-    EXPECT_TRUE(profile4.isModified() && profile4.isGeqModified());
-    EXPECT_FALSE(profile4.isProfileSpecificSettingsModified());
 }
 
 TEST(ProfileContextTest, SaveWritesCustomRowsAndResetBringsBackFactoryValues) {
