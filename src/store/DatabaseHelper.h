@@ -166,6 +166,10 @@ private:
             EXCLUDES(mLock);
     // The prepared INSERT of a table, kept for the next row; nullptr when it cannot be prepared.
     SqlStatement* insertStatementLocked(int type) REQUIRES(mLock);
+    // The prepared statement of a query text, kept for the next call; nullptr (nothing kept)
+    // when it cannot be prepared, with the prepare result in prepareResult.
+    SqlStatement* queryStatementLocked(const std::string& sql, int& prepareResult)
+            REQUIRES(mLock);
     int insertRow(const RowInsert& row, const std::string& customName) EXCLUDES(mLock);
     int insertRowLocked(const RowInsert& row, const std::string& customName) REQUIRES(mLock);
     // Deletes the rows of one profile (and whatever extraWhere adds) under customName and
@@ -198,6 +202,9 @@ private:
     std::unique_ptr<RowCountCache> mRowCounts GUARDED_BY(mLock);
     // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.
     std::vector<std::unique_ptr<SqlStatement>> mInsertStmts GUARDED_BY(mLock);
+    // Start-up reads hundreds of rows through a handful of SELECTs: each is prepared once, by
+    // its text, and reset after every use so that no kept statement holds the file.
+    std::map<std::string, std::unique_ptr<SqlStatement>> mQueryStmts GUARDED_BY(mLock);
 };
 
 }  // namespace korvi
