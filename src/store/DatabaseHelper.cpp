@@ -249,12 +249,25 @@ int DatabaseHelper::queryRows(const std::string& sql, const std::vector<std::str
 int DatabaseHelper::queryRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
                                     std::vector<RowData>& rows, int line) {
     if (!checkOpenLocked()) return 1;
+    QueryFailure failure;
+    if (readRowsLocked(sql, binds, rows, failure)) return 0;
+    if (!failure.prepared) {
+        ALOGE("failed to prepare sql command: %s, ret = %d, line %d", sql.c_str(), failure.code,
+              line);
+    } else {
+        ALOGE("failed to exec SQL: %s", sql.c_str());
+        ALOGE("%s(): %s (%d)", "queryRows", failure.message.c_str(), failure.code);
+    }
+    return 1;
+}
+
+bool DatabaseHelper::readRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
+                                    std::vector<RowData>& rows, QueryFailure& failure) {
     int prepareResult = SQLITE_OK;
     SqlStatement* stmt = queryStatementLocked(sql, prepareResult);
     if (stmt == nullptr) {
-        ALOGE("failed to prepare sql command: %s, ret = %d, line %d", sql.c_str(), prepareResult,
-              line);
-        return 1;
+        failure = {false, prepareResult, std::string()};
+        return false;
     }
     for (size_t i = 0; i < binds.size(); ++i) stmt->bindText(static_cast<int>(i) + 1, binds[i]);
     int rc;
@@ -265,18 +278,15 @@ int DatabaseHelper::queryRowsLocked(const std::string& sql, const std::vector<st
         }
         rows.push_back(std::move(row));
     }
-    if (rc != SQLITE_DONE) {
-        ALOGE("failed to exec SQL: %s", sql.c_str());
-        ALOGE("%s(): %s (%d)", "queryRows", sqlite3_errmsg(mDb), rc);
-    }
+    if (rc != SQLITE_DONE) failure = {true, rc, sqlite3_errmsg(mDb)};
     // A kept statement left mid-way would hold the file's read lock until its next use.
     stmt->reset();
     if (rc != SQLITE_DONE) {
         // Not kept after a failure: the next call prepares it afresh against the file as it is.
         mQueryStmts.erase(sql);
-        return 1;
+        return false;
     }
-    return 0;
+    return true;
 }
 
 SqlStatement* DatabaseHelper::queryStatementLocked(const std::string& sql, int& prepareResult) {

@@ -16,12 +16,14 @@
 
 #include <utils/Mutex.h>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "model/Endpoint.h"
 #include "store/DatabaseState.h"
 
 struct sqlite3;
@@ -124,6 +126,12 @@ public:
                           Profile* profile);
     int queryEndpointValue(const std::string& profileId, const std::string& endpoint,
                            const std::string& customName, ProfileEndpoint* endpointRecord);
+    // queryEndpointValue for every endpoint of a profile (records and found indexed by Endpoint,
+    // a null record is skipped), with the same results and messages, but reading the profile's
+    // rows in one pass over the table instead of one per endpoint.
+    void queryEndpointValues(const std::string& profileId, const std::string& customName,
+                             const std::array<ProfileEndpoint*, kEndpointCount>& records,
+                             std::array<bool, kEndpointCount>& found);
     int queryTuning(const std::string& name, Tuning* tuning);
     // One new record per row of the port, in row order; the caller owns them.
     int queryDeviceTunings(const std::string& port,
@@ -185,6 +193,16 @@ private:
                   std::vector<RowData>& rows, int line) EXCLUDES(mLock);
     int queryRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
                         std::vector<RowData>& rows, int line) REQUIRES(mLock);
+    // Why a query did not run to its end: not prepared (code: the prepare result) or a failed
+    // step (code and message of the step).
+    struct QueryFailure {
+        bool prepared = false;
+        int code = 0;
+        std::string message;
+    };
+    // queryRowsLocked without its log lines: true when the query ran to its end.
+    bool readRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
+                        std::vector<RowData>& rows, QueryFailure& failure) REQUIRES(mLock);
     int queryNames(int type, std::vector<std::string>& names, const std::string& customName,
                    int line);
     int querySingleRow(int type, const std::string& where, const std::vector<std::string>& binds,
