@@ -5,6 +5,7 @@
 #include <log/log.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "common/IntText.h"
@@ -52,11 +53,18 @@ std::map<Parameter, std::vector<int>> valuesOf(const RowData& row) {
         }
         return names;
     }();
+    // Both maps are ordered by name: one merging walk finds the parameter columns without a
+    // lookup per column.
     std::map<Parameter, std::vector<int>> values;
+    auto parameter = kParameterByName.begin();
     for (const auto& [column, text] : row) {
-        auto it = kParameterByName.find(column);
-        if (it == kParameterByName.end()) continue;
-        string2IntVector(text, values[it->second]);
+        while (parameter != kParameterByName.end() && parameter->first < column) ++parameter;
+        if (parameter == kParameterByName.end()) break;
+        if (parameter->first != column) continue;
+        std::vector<int>& list = values.emplace_hint(values.end(), parameter->second,
+                                                     std::vector<int>())->second;
+        if (!text.empty()) list.reserve(std::count(text.begin(), text.end(), ',') + 1);
+        string2IntVector(text, list);
     }
     return values;
 }
