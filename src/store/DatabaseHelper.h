@@ -126,9 +126,9 @@ public:
                           Profile* profile);
     int queryEndpointValue(const std::string& profileId, const std::string& endpoint,
                            const std::string& customName, ProfileEndpoint* endpointRecord);
-    // queryEndpointValue for every endpoint of a profile (records and found indexed by Endpoint,
-    // a null record is skipped), with the same results and messages, but reading the profile's
-    // rows in one pass over the table instead of one per endpoint.
+    // queryEndpointValue for every endpoint of a profile (records and found indexed by Endpoint;
+    // a null record counts as not found), with the same results and messages, but reading the
+    // profile's rows in one pass over the table instead of one query per endpoint.
     void queryEndpointValues(const std::string& profileId, const std::string& customName,
                              const std::array<ProfileEndpoint*, kEndpointCount>& records,
                              std::array<bool, kEndpointCount>& found);
