@@ -7,12 +7,14 @@
 
 namespace korvi {
 
-// Reads one signed 32-bit integer by stream extraction: leading blanks are skipped and reading
-// stops at the first character that cannot continue the number. Text without a number gives 0.
+// Reads one signed 32-bit integer exactly as stream extraction (classic locale) reads it, without a
+// stream: leading blanks are skipped and reading stops at the first character that cannot continue
+// the number. Text without a number gives 0; a number too large for an int gives INT_MAX/INT_MIN.
 int string2Int(const std::string& text);
 
 // Appends the integers of text to out, skipping any run of commas and blanks after each one; stops
-// at the end of the text or at the first character that is neither a number, a comma nor a blank.
+// at the end of the text or at the first character that is neither a number, a comma nor a blank,
+// and at a number too large for an int (which is not appended), as extraction from a stream does.
 void string2IntVector(const std::string& text, std::vector<int>& out);
 
 // Decimal like atoi (leading blanks, a sign, then digits; 0 without digits), but a number too

@@ -93,12 +93,14 @@ void DatabaseHelper::openLocked() {
     mRowCounts = std::make_unique<RowCountCache>(mDb);
     mInsertStmts.clear();
     mInsertStmts.resize(kTableTypeCount);
+    mQueryStmts.clear();
 }
 
 void DatabaseHelper::closeLocked() {
     // The kept statements go before the connection they belong to.
     if (mRowCounts) mRowCounts->close();
     mInsertStmts.clear();
+    mQueryStmts.clear();
     if (mDb != nullptr) sqlite3_close_v2(mDb);
     mDb = nullptr;
 }
@@ -156,6 +158,8 @@ int DatabaseHelper::runSqlLocked(const std::string& sql) {
 
 int DatabaseHelper::execSQL(const std::string& sql) {
     android::Mutex::Autolock lock(mLock);
+    // Free SQL may drop or alter any table: kept queries are prepared again.
+    mQueryStmts.clear();
     const int result = runSqlLocked(sql);
     // Free SQL may have changed any table (or rolled a transaction back): count again.
     mRowCounts->forgetAll();
@@ -245,27 +249,55 @@ int DatabaseHelper::queryRows(const std::string& sql, const std::vector<std::str
 int DatabaseHelper::queryRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
                                     std::vector<RowData>& rows, int line) {
     if (!checkOpenLocked()) return 1;
-    SqlStatement stmt(mDb, sql);
-    if (!stmt.isValid()) {
-        ALOGE("failed to prepare sql command: %s, ret = %d, line %d", sql.c_str(),
-              stmt.prepareResult(), line);
-        return 1;
+    QueryFailure failure;
+    if (readRowsLocked(sql, binds, rows, failure)) return 0;
+    if (!failure.prepared) {
+        ALOGE("failed to prepare sql command: %s, ret = %d, line %d", sql.c_str(), failure.code,
+              line);
+    } else {
+        ALOGE("failed to exec SQL: %s", sql.c_str());
+        ALOGE("%s(): %s (%d)", "queryRows", failure.message.c_str(), failure.code);
     }
-    for (size_t i = 0; i < binds.size(); ++i) stmt.bindText(static_cast<int>(i) + 1, binds[i]);
+    return 1;
+}
+
+bool DatabaseHelper::readRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
+                                    std::vector<RowData>& rows, QueryFailure& failure) {
+    int prepareResult = SQLITE_OK;
+    SqlStatement* stmt = queryStatementLocked(sql, prepareResult);
+    if (stmt == nullptr) {
+        failure = {false, prepareResult, std::string()};
+        return false;
+    }
+    for (size_t i = 0; i < binds.size(); ++i) stmt->bindText(static_cast<int>(i) + 1, binds[i]);
     int rc;
-    while ((rc = stmt.step()) == SQLITE_ROW) {
+    while ((rc = stmt->step()) == SQLITE_ROW) {
         RowData row;
-        for (int column = 0; column < stmt.columnCount(); ++column) {
-            row[stmt.columnName(column)] = stmt.columnText(column);
+        for (int column = 0; column < stmt->columnCount(); ++column) {
+            row.insert_or_assign(stmt->columnName(column), stmt->columnText(column));
         }
         rows.push_back(std::move(row));
     }
+    if (rc != SQLITE_DONE) failure = {true, rc, sqlite3_errmsg(mDb)};
+    // A kept statement left mid-way would hold the file's read lock until its next use.
+    stmt->reset();
     if (rc != SQLITE_DONE) {
-        ALOGE("failed to exec SQL: %s", sql.c_str());
-        ALOGE("%s(): %s (%d)", "queryRows", sqlite3_errmsg(mDb), rc);
-        return 1;
+        // Not kept after a failure: the next call prepares it afresh against the file as it is.
+        mQueryStmts.erase(sql);
+        return false;
     }
-    return 0;
+    return true;
+}
+
+SqlStatement* DatabaseHelper::queryStatementLocked(const std::string& sql, int& prepareResult) {
+    auto kept = mQueryStmts.find(sql);
+    if (kept != mQueryStmts.end()) return kept->second.get();
+    auto stmt = std::make_unique<SqlStatement>(mDb, sql);
+    prepareResult = stmt->prepareResult();
+    if (!stmt->isValid()) return nullptr;
+    SqlStatement* prepared = stmt.get();
+    mQueryStmts.emplace(sql, std::move(stmt));
+    return prepared;
 }
 
 int DatabaseHelper::getAllRows(std::vector<RowData>& rows, const std::string& table) {
@@ -293,6 +325,7 @@ int DatabaseHelper::createTable(int type) {
     if (!checkOpenLocked()) return 1;
     // Statements prepared against an earlier table of that name are not reused.
     mInsertStmts[type].reset();
+    mQueryStmts.clear();
     if (runSqlLocked("CREATE TABLE " + schema->name + buildColumnString(type)) != 0) return 1;
     mRowCounts->remember(schema->name, 0, mRowCounts->dataVersion());
     return 0;
@@ -308,6 +341,8 @@ int DatabaseHelper::clear() {
     android::Mutex::Autolock lock(mLock);
     if (!checkOpenLocked()) return 1;
     int result = 0;
+    // A table is dropped only when no statement of it is kept: kept queries go first.
+    mQueryStmts.clear();
     for (TableType type : kTablesInNameOrder) {
         const std::string& table = schemaOf(type).name;
         mInsertStmts[type].reset();

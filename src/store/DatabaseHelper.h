@@ -16,12 +16,14 @@
 
 #include <utils/Mutex.h>
 
+#include <array>
 #include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
+#include "model/Endpoint.h"
 #include "store/DatabaseState.h"
 
 struct sqlite3;
@@ -124,6 +126,12 @@ public:
                           Profile* profile);
     int queryEndpointValue(const std::string& profileId, const std::string& endpoint,
                            const std::string& customName, ProfileEndpoint* endpointRecord);
+    // queryEndpointValue for every endpoint of a profile (records and found indexed by Endpoint;
+    // a null record counts as not found), with the same results and messages, but reading the
+    // profile's rows in one pass over the table instead of one query per endpoint.
+    void queryEndpointValues(const std::string& profileId, const std::string& customName,
+                             const std::array<ProfileEndpoint*, kEndpointCount>& records,
+                             std::array<bool, kEndpointCount>& found);
     int queryTuning(const std::string& name, Tuning* tuning);
     // One new record per row of the port, in row order; the caller owns them.
     int queryDeviceTunings(const std::string& port,
@@ -166,6 +174,10 @@ private:
             EXCLUDES(mLock);
     // The prepared INSERT of a table, kept for the next row; nullptr when it cannot be prepared.
     SqlStatement* insertStatementLocked(int type) REQUIRES(mLock);
+    // The prepared statement of a query text, kept for the next call; nullptr (nothing kept)
+    // when it cannot be prepared, with the prepare result in prepareResult.
+    SqlStatement* queryStatementLocked(const std::string& sql, int& prepareResult)
+            REQUIRES(mLock);
     int insertRow(const RowInsert& row, const std::string& customName) EXCLUDES(mLock);
     int insertRowLocked(const RowInsert& row, const std::string& customName) REQUIRES(mLock);
     // Deletes the rows of one profile (and whatever extraWhere adds) under customName and
@@ -181,6 +193,16 @@ private:
                   std::vector<RowData>& rows, int line) EXCLUDES(mLock);
     int queryRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
                         std::vector<RowData>& rows, int line) REQUIRES(mLock);
+    // Why a query did not run to its end: not prepared (code: the prepare result) or a failed
+    // step (code and message of the step).
+    struct QueryFailure {
+        bool prepared = false;
+        int code = 0;
+        std::string message;
+    };
+    // queryRowsLocked without its log lines: true when the query ran to its end.
+    bool readRowsLocked(const std::string& sql, const std::vector<std::string>& binds,
+                        std::vector<RowData>& rows, QueryFailure& failure) REQUIRES(mLock);
     int queryNames(int type, std::vector<std::string>& names, const std::string& customName,
                    int line);
     int querySingleRow(int type, const std::string& where, const std::vector<std::string>& binds,
@@ -198,6 +220,9 @@ private:
     std::unique_ptr<RowCountCache> mRowCounts GUARDED_BY(mLock);
     // A rebuild inserts thousands of rows: each table's INSERT is prepared once and reused.
     std::vector<std::unique_ptr<SqlStatement>> mInsertStmts GUARDED_BY(mLock);
+    // Start-up reads hundreds of rows through a handful of SELECTs: each is prepared once, by
+    // its text, and reset after every use so that no kept statement holds the file.
+    std::map<std::string, std::unique_ptr<SqlStatement>> mQueryStmts GUARDED_BY(mLock);
 };
 
 }  // namespace korvi

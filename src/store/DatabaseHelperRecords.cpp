@@ -5,6 +5,7 @@
 #include <log/log.h>
 #include <sqlite3.h>
 
+#include <algorithm>
 #include <cstdlib>
 
 #include "common/IntText.h"
@@ -52,11 +53,18 @@ std::map<Parameter, std::vector<int>> valuesOf(const RowData& row) {
         }
         return names;
     }();
+    // Both maps are ordered by name: one merging walk finds the parameter columns without a
+    // lookup per column.
     std::map<Parameter, std::vector<int>> values;
+    auto parameter = kParameterByName.begin();
     for (const auto& [column, text] : row) {
-        auto it = kParameterByName.find(column);
-        if (it == kParameterByName.end()) continue;
-        string2IntVector(text, values[it->second]);
+        while (parameter != kParameterByName.end() && parameter->first < column) ++parameter;
+        if (parameter == kParameterByName.end()) break;
+        if (parameter->first != column) continue;
+        std::vector<int>& list = values.emplace_hint(values.end(), parameter->second,
+                                                     std::vector<int>())->second;
+        if (!text.empty()) list.reserve(std::count(text.begin(), text.end(), ',') + 1);
+        string2IntVector(text, list);
     }
     return values;
 }
@@ -273,6 +281,16 @@ int DatabaseHelper::queryProfileValue(const std::string& profileId, const std::s
     return 0;
 }
 
+namespace {
+
+void fillEndpoint(const RowData& row, ProfileEndpoint* endpointRecord) {
+    endpointRecord->setId(int64Of(textOf(row, "_id")));
+    endpointRecord->setSelectedIeqPreset(string2Int(textOf(row, "selected_ieq_preset_id")));
+    endpointRecord->mValues = valuesOf(row);
+}
+
+}  // namespace
+
 int DatabaseHelper::queryEndpointValue(const std::string& profileId, const std::string& endpoint,
                                        const std::string& customName,
                                        ProfileEndpoint* endpointRecord) {
@@ -285,10 +303,46 @@ int DatabaseHelper::queryEndpointValue(const std::string& profileId, const std::
         ALOGE("Endpoint doesn't exist!");
         return 1;
     }
-    endpointRecord->setId(int64Of(textOf(row, "_id")));
-    endpointRecord->setSelectedIeqPreset(string2Int(textOf(row, "selected_ieq_preset_id")));
-    endpointRecord->mValues = valuesOf(row);
+    fillEndpoint(row, endpointRecord);
     return 0;
+}
+
+void DatabaseHelper::queryEndpointValues(const std::string& profileId,
+                                         const std::string& customName,
+                                         const std::array<ProfileEndpoint*, kEndpointCount>& records,
+                                         std::array<bool, kEndpointCount>& found) {
+    std::vector<RowData> rows;
+    bool read = false;
+    {
+        android::Mutex::Autolock lock(mLock);
+        QueryFailure failure;
+        read = mDb != nullptr &&
+               readRowsLocked("SELECT * FROM " + schemaOf(TABLE_PROFILE_ENDPOINTS).name +
+                                      " WHERE profile_id=? AND custom_name=?",
+                              {profileId, customName}, rows, failure);
+    }
+    for (int e = 0; e < kEndpointCount; ++e) {
+        const std::string name = endpointName(static_cast<Endpoint>(e));
+        if (!read) {
+            // The one-pass read failed: each endpoint on its own says why, as it always did.
+            found[e] = queryEndpointValue(profileId, name, customName, records[e]) == 0;
+            continue;
+        }
+        // The first row of the endpoint in table order, as a query of that endpoint alone finds.
+        const RowData* match = nullptr;
+        for (const RowData& row : rows) {
+            if (textOf(row, "endpoint") == name) {
+                match = &row;
+                break;
+            }
+        }
+        found[e] = records[e] != nullptr && match != nullptr;
+        if (!found[e]) {
+            ALOGE("Endpoint doesn't exist!");
+            continue;
+        }
+        fillEndpoint(*match, records[e]);
+    }
 }
 
 int DatabaseHelper::queryTuning(const std::string& name, Tuning* tuning) {

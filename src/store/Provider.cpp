@@ -236,10 +236,17 @@ std::set<ProfileEndpoint*> Provider::loadEndpointRows(std::vector<EndpointSlots>
     std::set<ProfileEndpoint*> endpoints;
     if (!isKnownProfile(profileId, caller)) return endpoints;
     EndpointSlots& slots = cache[static_cast<size_t>(profileId)];
+    std::array<ProfileEndpoint*, kEndpointCount> records;
+    for (int e = 0; e < kEndpointCount; ++e) records[e] = slots[e].record.get();
+    std::array<bool, kEndpointCount> found{};
+    // All endpoints of the profile from one read of the table.
+    mHelper->queryEndpointValues(int2String(profileId), customName, records, found);
     for (int e = 0; e < kEndpointCount; ++e) {
-        if (loadEndpointRow(slots[e], profileId, static_cast<Endpoint>(e), customName)) {
-            endpoints.insert(slots[e].record.get());
+        if (found[e]) {
+            slots[e].record->setDirty(false);
+            slots[e].stored = true;
         }
+        if (slots[e].stored) endpoints.insert(slots[e].record.get());
     }
     return endpoints;
 }

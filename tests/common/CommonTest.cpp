@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <climits>
+#include <random>
+#include <sstream>
 
 #include "common/DeviceRoot.h"
 #include "common/FatalExit.h"
@@ -71,3 +73,56 @@ TEST(Properties, ReadsWritesAndFallsBack) {
 
 }  // namespace
 }  // namespace korvi
+
+namespace {
+
+// What the readers of numbers must agree with: extraction from a string stream.
+std::vector<int> streamIntVector(const std::string& text) {
+    std::istringstream in(text);
+    std::vector<int> out;
+    int value = 0;
+    while (in >> value) {
+        out.push_back(value);
+        while (in.peek() == ',' || in.peek() == ' ') in.get();
+    }
+    return out;
+}
+
+int streamInt(const std::string& text) {
+    std::istringstream in(text);
+    int value = 0;
+    in >> value;
+    return value;
+}
+
+}  // namespace
+
+// The readers work on the text in place; every input here, fixed or random, must give what
+// stream extraction gives: signs, blanks of every kind, limits, overflow, stray characters.
+TEST(IntText, ReadsLikeStreamExtraction) {
+    using korvi::string2Int;
+    using korvi::string2IntVector;
+    std::vector<std::string> texts = {
+        "2147483647", "2147483648", "-2147483648", "-2147483649", "99999999999999999999999",
+        "-99999999999999999999999,5", "1,2147483648,3", "+7", "+-7", "-+7", "-", "+", "- 5",
+        "\t\n\v\f\r 12", "12\t13\n14", "1,\t2", "1 ,2", ",1", " ,1", "1,,,   ,2", "007,-0", "0x1F",
+        "3.5", "5-6", "1e3", "42abc,7", "1;2", "\xef\xbb\xbf" "1", "00000000000000000000001",
+        "4294967297", "-2147483647,-2147483648,-2147483649,1",
+    };
+    std::mt19937 random(20261122);
+    const std::string alphabet = "0123456789999-+, \t\nx";
+    for (int i = 0; i < 3000; ++i) {
+        std::string text;
+        const int length = static_cast<int>(random() % 24);
+        for (int c = 0; c < length; ++c) text += alphabet[random() % alphabet.size()];
+        texts.push_back(text);
+    }
+    for (const std::string& text : texts) {
+        std::vector<int> read = {-1};  // appends after what is there
+        string2IntVector(text, read);
+        std::vector<int> expected = streamIntVector(text);
+        expected.insert(expected.begin(), -1);
+        ASSERT_EQ(read, expected) << "list \"" << text << "\"";
+        ASSERT_EQ(string2Int(text), streamInt(text)) << "number \"" << text << "\"";
+    }
+}

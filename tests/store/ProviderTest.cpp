@@ -223,6 +223,86 @@ TEST_F(ProviderTest, EndpointSetsHoldTheStoredEndpointsOnlyAndIeqPresetsAreCache
     EXPECT_EQ(provider->loadIeqPreset(7), nullptr);
 }
 
+// A profile's endpoints come from one read of its rows; each endpoint must still get exactly
+// the row a query of that endpoint alone finds (the first in table order, of that profile and
+// kind only), a missing one its own "Endpoint doesn't exist!", and the read must follow rows and
+// even a rebuilt table that another connection changed since the last load.
+TEST_F(ProviderTest, EndpointLoadsReadEachEndpointsFirstRowOfItsProfileAndKind) {
+    ASSERT_TRUE(provider->init());
+    ASSERT_EQ(provider->loadProfileEndpoints(0).size(), 3u);
+    ASSERT_EQ(provider->loadProfileEndpoints(1).size(), 3u);
+    DatabaseHelper* helper = provider->getDatabaseHelper();
+    // A later duplicate of profile 0's speaker row, a row of profile "00" and a headphone row of
+    // another kind: none of them may be read for profile 0's custom rows.
+    raw->exec("INSERT INTO profile_endpoints (_id, custom_name, profile_id, endpoint, "
+              "selected_ieq_preset_id, dialog_enhancer_amount) VALUES "
+              "(90, 'custom', '0', 'speaker', '2', '77'), (91, 'custom', '00', 'other', '2', '78'), "
+              "(92, 'oem', '0', 'headphone', '2', '79')");
+    raw->exec("UPDATE profile_endpoints SET dialog_enhancer_amount='5, 6' WHERE _id=(SELECT "
+              "MIN(_id) FROM profile_endpoints WHERE profile_id='0' AND endpoint='other' AND "
+              "custom_name='custom')");
+    raw->exec("DELETE FROM profile_endpoints WHERE profile_id='0' AND endpoint='headphone' AND "
+              "custom_name='custom'");
+    LogCapture logs;
+    std::set<ProfileEndpoint*> endpoints = provider->loadProfileEndpoints(0);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "DatabaseHelper", "Endpoint doesn't exist!"), 1u)
+            << logs.dump();
+    // The removed headphone row stays in the set: its record was stored at the earlier load.
+    ASSERT_EQ(endpoints.size(), 3u);
+    for (Endpoint e : {SPEAKER, HEADPHONE, OTHER}) {
+        ProfileEndpoint alone(0, e, 0);
+        const int found =
+                helper->queryEndpointValue("0", endpointName(e), Provider::kCustomName, &alone);
+        if (e == HEADPHONE) {
+            EXPECT_EQ(found, 1);
+            continue;
+        }
+        ProfileEndpoint* loaded = provider->loadProfileEndpoint(0, e);
+        ASSERT_EQ(found, 0) << endpointName(e);
+        ASSERT_NE(loaded, nullptr);
+        EXPECT_EQ(endpoints.count(loaded), 1u);
+        EXPECT_EQ(loaded->getId(), alone.getId()) << endpointName(e);
+        EXPECT_EQ(loaded->getSelectedIeqPreset(), alone.getSelectedIeqPreset());
+        EXPECT_EQ(loaded->mValues, alone.mValues) << endpointName(e);
+        EXPECT_FALSE(loaded->isDirty());
+    }
+    EXPECT_EQ(provider->loadProfileEndpoint(0, SPEAKER)->mValues.at(DIALOG_ENHANCER_AMOUNT),
+              std::vector<int>{0});
+    EXPECT_EQ(provider->loadProfileEndpoint(0, OTHER)->mValues.at(DIALOG_ENHANCER_AMOUNT),
+              (std::vector<int>{5, 6}));
+
+    // Another connection rebuilds the table with one row: the next load reads the new table.
+    raw->exec("DROP TABLE profile_endpoints");
+    raw->exec("CREATE TABLE profile_endpoints" + helper->buildColumnString(TABLE_PROFILE_ENDPOINTS));
+    raw->exec("INSERT INTO profile_endpoints (_id, custom_name, profile_id, endpoint, "
+              "selected_ieq_preset_id, dialog_enhancer_amount) VALUES "
+              "(3, 'default', '1', 'other', '4', '-9')");
+    logs.clear();
+    std::set<ProfileEndpoint*> rebuilt = provider->loadDefaultProfileEndpoints(1);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "DatabaseHelper", "Endpoint doesn't exist!"), 2u)
+            << logs.dump();
+    ProfileEndpoint alone(1, OTHER, 0);
+    ASSERT_EQ(helper->queryEndpointValue("1", "other", Provider::kDefaultName, &alone), 0);
+    EXPECT_EQ(alone.getId(), 3);
+    EXPECT_EQ(alone.getSelectedIeqPreset(), 4);
+    bool sawOther = false;
+    for (ProfileEndpoint* e : rebuilt) {
+        if (e->getEndpoint() != OTHER) continue;
+        sawOther = true;
+        EXPECT_EQ(e->getId(), 3);
+        EXPECT_EQ(e->getSelectedIeqPreset(), 4);
+        EXPECT_EQ(e->mValues, alone.mValues);
+    }
+    EXPECT_TRUE(sawOther);
+
+    // Without the table every endpoint fails on its own and the set stays as stored before.
+    raw->exec("DROP TABLE profile_endpoints");
+    logs.clear();
+    EXPECT_EQ(provider->loadProfileEndpoints(1).size(), 3u);
+    EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "DatabaseHelper", "Endpoint doesn't exist!"), 3u)
+            << logs.dump();
+}
+
 TEST_F(ProviderTest, ConfigurationKeys) {
     EXPECT_EQ(raw->rows("SELECT * FROM configuration"),
               (std::vector<Row>{{"1", "signature", "0123abcd"}, {"2", "Profile", "0"},
