@@ -62,8 +62,6 @@ TEST(FeatureTranslators, DialogEnhancerAmountIsClampedAt12OnTheFirstValueOnly) {
     EXPECT_EQ(run(t, v), entry(kDevice, "DEA", {12, 20}));
     // The stored amount is not touched.
     EXPECT_EQ(v.mValues.at(DIALOG_ENHANCER_AMOUNT), (std::vector<int>{15, 20}));
-    v.set(DIALOG_ENHANCER_AMOUNT, {12});
-    EXPECT_EQ(run(t, v), entry(kDevice, "DEA", {12}));
     v.set(DIALOG_ENHANCER_AMOUNT, {-3});
     EXPECT_EQ(run(t, v), entry(kDevice, "DEA", {-3}));
     v.set(DIALOG_ENHANCER_AMOUNT, {});

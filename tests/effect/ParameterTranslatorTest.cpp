@@ -58,7 +58,6 @@ TEST(TranslatorCollection, EveryParameterHasItsTranslatorExceptFour) {
         Translator* t = collection.getTranslator(p);
         if (untranslated.count(p)) {
             EXPECT_EQ(t, nullptr) << kParameterNames[p];
-            EXPECT_EQ(collection.getTranslator(p), nullptr) << "asking twice changes nothing";
         } else {
             ASSERT_NE(t, nullptr) << kParameterNames[p];
             EXPECT_EQ(TranslatorCollection::kAllTranslators.count(t), 1u);
@@ -215,43 +214,24 @@ TEST(ParameterTranslator, TranslateAllSendsAWholeDeviceView) {
         }
     }
     expected[codeId("IEID")] = {3};
-    auto v = [](Parameter p) { return valueFor(p); };
-    auto cat = [](std::initializer_list<std::vector<int>> lists) {
-        std::vector<int> out;
-        for (const auto& l : lists) out.insert(out.end(), l.begin(), l.end());
-        return out;
-    };
-    expected[codeId("BMDT")] = v(BASS_MBDRC_TUNING);
-    expected[codeId("DEON")] = v(DIALOG_ENHANCER_ENABLE);
-    expected[codeId("MDEE")] = v(DIALOG_ENHANCER_ENABLE);
+    // The computing translators' arithmetic is pinned in FeatureTranslators; here the endpoint
+    // kind and channel count they are handed must be the view's.
+    expected[codeId("DOM")] = {1000 + VIRTUALIZER_ENABLE, 2000 + VIRTUALIZER_ENABLE, 1, 1000 + ORIENTATION,
+                               2000 + ORIENTATION};
+    expected[codeId("ARSA")] = {4, 1000 + REGULATOR_STRESS_AMOUNT, 2000 + REGULATOR_STRESS_AMOUNT};
     expected[codeId("DEA")] = {12};
-    expected[codeId("VBM")] = {3};
-    expected[codeId("VBON")] = v(VIRTUAL_BASS_TYPE);
-    expected[codeId("VBSF")] = cat({v(VIRTUAL_BASS_SRC_FREQ_LOW), v(VIRTUAL_BASS_SRC_FREQ_HIGH)});
-    expected[codeId("VBMF")] = cat({v(VIRTUAL_BASS_MIX_FREQ_LOW), v(VIRTUAL_BASS_MIX_FREQ_HIGH)});
-    expected[codeId("IEBS")] = cat({{2}, v(IEQ_FREQUENCY), v(IEQ_TARGET)});
-    expected[codeId("DOM")] = cat({v(VIRTUALIZER_ENABLE), {1}, v(ORIENTATION)});
-    expected[codeId("CEQT")] =
-        cat({{4, 2}, v(COMPLEX_EQUALIZER_TUNING_LEFT), v(COMPLEX_EQUALIZER_TUNING_RIGHT),
-             v(COMPLEX_EQUALIZER_TUNING_LEFT_SURROUND), v(COMPLEX_EQUALIZER_TUNING_RIGHT_SURROUND)});
-    expected[codeId("AOBS")] =
-        cat({{2, 4}, v(AUDIO_OPTIMIZER_FREQUENCY), v(AUDIO_OPTIMIZER_GAIN_L), v(AUDIO_OPTIMIZER_GAIN_R),
-             v(AUDIO_OPTIMIZER_GAIN_LS), v(AUDIO_OPTIMIZER_GAIN_RS)});
-    expected[codeId("ARSA")] = cat({{4}, v(REGULATOR_STRESS_AMOUNT)});
-    expected[codeId("ARBS")] = cat({{2}, v(REGULATOR_FREQUENCY), v(REGULATOR_THRESHOLD_LOW),
-                                    v(REGULATOR_THRESHOLD_HIGH), v(REGULATOR_ISOLATED_BAND)});
-    expected[codeId("RSSA")] =
-        cat({{4, 2}, v(REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT), v(REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT),
-             v(REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_LEFT_SURROUND),
-             v(REGULATOR_SIBILANCE_SUPPRESS_AMOUNTS_RIGHT_SURROUND)});
-
-    EXPECT_EQ(expected.size(), 50u + 15u);
-    EXPECT_EQ(cmd.getEntryCount(), static_cast<int>(expected.size()));
-    ASSERT_EQ(sent.size(), expected.size());
+    // The others must at least be there, for the device.
+    const char* const present[] = {"BMDT", "DEON", "MDEE", "VBM", "VBON", "VBSF",
+                                   "VBMF", "IEBS", "CEQT", "AOBS", "ARBS", "RSSA"};
+    for (const char* code : present) {
+        ASSERT_EQ(sent.count(codeId(code)), 1u) << code;
+        EXPECT_EQ(sent.at(codeId(code)).first, 0x8) << code;
+    }
+    EXPECT_EQ(cmd.getEntryCount(), 65);
+    ASSERT_EQ(sent.size(), expected.size() + std::size(present));
     for (const auto& [id, values] : expected) {
         ASSERT_EQ(sent.count(id), 1u) << "missing id " << std::hex << id;
-        EXPECT_EQ(sent.at(id).first, 0x8);
-        EXPECT_EQ(sent.at(id).second, values) << "id " << std::hex << id;
+        EXPECT_EQ(sent.at(id), (std::pair<int, std::vector<int>>{0x8, values})) << "id " << std::hex << id;
     }
     EXPECT_EQ(translator.pendingCount(), 0u);
 

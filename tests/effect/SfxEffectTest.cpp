@@ -2,10 +2,8 @@
 // way the effect reads them.
 #include <gtest/gtest.h>
 
-#include "effect/ParameterTranslator.h"
 #include "effect/SetParamCommand.h"
 #include "effect/SfxEffect.h"
-#include "model/DeviceParameters.h"
 #include "sfxparamstorage/StoreSnapshot.h"
 #include "support/LogCapture.h"
 #include "EffectTestSupport.h"
@@ -66,29 +64,6 @@ TEST_F(SfxEffectTest, AnInvalidBlobIsLoggedAndNothingIsWritten) {
     EXPECT_EQ(mEffect.send(7, good), -22);
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, "SfxEffect", kInvalidBlob), 0u) << logs.dump();
     EXPECT_EQ(readStore(), (StoreContents{{0x2, {{0x656c7664, {1}}}}}));
-}
-
-TEST_F(SfxEffectTest, AViewChangeTravelsIntoTheStore) {
-    ParameterTranslator translator;
-    DeviceParameters view(&translator);
-    ProfileEndpoint endpoint(1, HEADPHONE, 0);
-    endpoint.set(DIALOG_ENHANCER_AMOUNT, {14});
-    endpoint.set(DIALOG_ENHANCER_ENABLE, {1});
-    view.setProfileEndpoint(endpoint);
-
-    SetParamCommand cmd(0x40000000);
-    cmd.setDeviceId(0x8);
-    translator.translatePending(cmd);
-    cmd.execute(mEffect);
-    EXPECT_EQ(readStore(), (StoreContents{{0x8, {{codeId("DEA"), {12}}, {codeId("DEON"), {1}}, {codeId("MDEE"), {1}}}}}));
-
-    // Unchanged values: nothing pending, and the empty command makes no commit.
-    view.setProfileEndpoint(endpoint);
-    SetParamCommand again(0x40000000);
-    again.setDeviceId(0x8);
-    translator.translatePending(again);
-    EXPECT_EQ(again.execute(mEffect), 0);
-    EXPECT_EQ(version(), 1);
 }
 
 }  // namespace

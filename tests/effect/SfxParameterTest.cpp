@@ -14,15 +14,11 @@ TEST(SfxParameter, CodesTravelAsLowerCasedLittleEndianIds) {
     EXPECT_EQ(sfxParameterId(SFX_VOL), 0x006c6f76);
     EXPECT_STREQ(sfxParameterCode(SFX_DVLE), "DVLE");
     EXPECT_STREQ(sfxParameterCode(SFX_VOL), "VOL");
-    EXPECT_EQ(sfxCodeToId("DVLE"), 0x656c7664);
-    EXPECT_EQ(sfxCodeToId("dvle"), 0x656c7664);
-    // Only ASCII upper-case letters are lowered; other bytes travel as they are.
-    EXPECT_EQ(sfxCodeToId("A1_z"), 0x7a5f3161);
-    EXPECT_EQ(sfxCodeToId(std::string("\xC4Q", 2)), 0x71c4);
-    EXPECT_EQ(sfxCodeToId("X"), 0x78);
-    EXPECT_EQ(sfxCodeToId(""), 0);
-    // Too long for a word.
-    EXPECT_EQ(sfxCodeToId("DVLEX"), 0);
+    // Only ASCII upper-case letters are lowered; other bytes travel as they are; too long is 0.
+    const std::pair<std::string, int32_t> cases[] = {
+        {"DVLE", 0x656c7664}, {"dvle", 0x656c7664}, {"A1_z", 0x7a5f3161}, {std::string("\xC4Q", 2), 0x71c4},
+        {"X", 0x78}, {"", 0}, {"DVLEX", 0}};
+    for (const auto& [code, id] : cases) EXPECT_EQ(sfxCodeToId(code), id) << code;
 }
 
 // The codes themselves are held against docs/parameter-blob.md by the CodeCatalogueDoc tests.

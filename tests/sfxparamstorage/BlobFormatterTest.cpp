@@ -36,13 +36,10 @@ TEST(BlobFormatter, RendersOneLinePerEntryWithNamesCodesAndValues) {
 
 // speaker, headphone and profile are named in the rendering test above.
 TEST(BlobFormatter, NamesTheSevenDevicesAndWritesOthersInHex) {
-    EXPECT_EQ(BlobFormatter::deviceText(0x80), "bluetooth_a2dp");
-    EXPECT_EQ(BlobFormatter::deviceText(0x400), "aux_digital");
-    EXPECT_EQ(BlobFormatter::deviceText(0x4000), "usb_device");
-    EXPECT_EQ(BlobFormatter::deviceText(0x8000), "remote_submix");
-    EXPECT_EQ(BlobFormatter::deviceText(0), "0x0");
-    EXPECT_EQ(BlobFormatter::deviceText(0x4000000), "0x4000000");
-    EXPECT_EQ(BlobFormatter::deviceText(0x40000002), "0x40000002");
+    const std::pair<int32_t, const char*> cases[] = {
+        {0x80, "bluetooth_a2dp"}, {0x400, "aux_digital"}, {0x4000, "usb_device"}, {0x8000, "remote_submix"},
+        {0, "0x0"}, {0x4000000, "0x4000000"}, {0x40000002, "0x40000002"}};
+    for (const auto& [device, text] : cases) EXPECT_EQ(BlobFormatter::deviceText(device), text);
 }
 
 TEST(BlobFormatter, ReadsCodesBackFromIdsAndHexForIdsNoCodeYields) {
