@@ -3,22 +3,14 @@
 // checks, port to endpoint mapping, tuning read-outs, saves checked in the database file, and the
 // effect handle checked in the shared parameter store.
 
-#include <gtest/gtest.h>
-#include <sfxparamstorage/SfxParamStore.h>
-
 #include <map>
-#include <memory>
 #include <set>
-#include <string>
 #include <tuple>
-#include <vector>
 
-#include "context/AxContext.h"
-#include "context/AxContextManager.h"
+#include "ServiceFixture.h"
 #include "service/AxManager.h"
 #include "store/StoreTestSupport.h"
 #include "support/LogCapture.h"
-#include "support/TempDeviceRoot.h"
 
 namespace korvi::test {
 namespace {
@@ -26,33 +18,18 @@ namespace {
 using Values = std::vector<int>;
 using Edits = std::vector<std::pair<std::string, std::string>>;
 
-class AxManagerTest : public ::testing::Test {
+class AxManagerTest : public ServiceTest {
 protected:
-    void SetUp() override { android::SfxParamStore::getInstance().clear(); }
     void TearDown() override {
         mManager.reset();  // its controller leaves the context first
-        AxContextManager::getInstance().release();
-        android::SfxParamStore::getInstance().clear();
+        ServiceTest::TearDown();
     }
-
-    // Installs the sample factory file with each (from, to) replaced, starts, inits a manager.
+    // Starts over the sample factory file with each (from, to) replaced, and inits a manager.
     AxContext* start(const Edits& edits = {}) {
-        const std::string xml = "vendor/etc/korvi/wem-default.xml";
-        mRoot.copyFromData(xml);
-        std::string text = mRoot.read(xml);
-        for (const auto& [from, to] : edits) text.replace(text.find(from), from.size(), to);
-        mRoot.write(xml, text);
-        AxContext* context = restart();
+        AxContext* context = ServiceTest::start(edits);
         mManager = std::make_unique<AxManager>();
         EXPECT_EQ(mManager->init(), 0);
         return context;
-    }
-    AxContext* restart() {
-        AxContextManager& manager = AxContextManager::getInstance();
-        manager.release();
-        AxContextManager::init_smartpa_type();
-        manager.init();
-        return manager.getAxContext();
     }
     // Commits seen by the shared store: one more per non-empty send.
     static int storeVersion() {
@@ -62,11 +39,8 @@ protected:
         android::SfxParamStore::releaseStoredParams(&params);
         return version;
     }
-    std::string dbValue(const std::string& sql) {
-        return RawDb(mRoot.path("data/vendor/korvi/wem_sqlite3.db")).value(sql);
-    }
+    std::string dbValue(const std::string& sql) { return RawDb(mRoot.path(kDatabase)).value(sql); }
 
-    TempDeviceRoot mRoot;
     std::unique_ptr<AxManager> mManager;
 };
 
@@ -220,18 +194,14 @@ TEST_F(AxManagerTest, PortsSelectTheirEndpoint) {
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, "AxManager", "Invalid Port!"));
 }
 
-TEST_F(AxManagerTest, InitWithoutContextCreatesNothing) {
-    ASSERT_EQ(restart(), nullptr);  // no factory tuning file
+TEST_F(AxManagerTest, EffectHandleAndSuspension) {
+    ASSERT_EQ(restart(), nullptr);  // no factory tuning file: no context, so nothing is created
     LogCapture logs;
-    AxManager manager;
-    EXPECT_EQ(manager.init(), -19);
+    EXPECT_EQ(AxManager().init(), -19);
     EXPECT_TRUE(logs.linesWithTag("AxManager").empty());
     EXPECT_EQ(storeVersion(), 0);
-}
-
-TEST_F(AxManagerTest, EffectHandleAndSuspension) {
-    LogCapture logs;
     AxContext* context = start();
+    ASSERT_EQ(logs.linesWithTag("AxManager").size(), 1u);  // session 0 is not reported
     EXPECT_TRUE(logs.contains(ANDROID_LOG_INFO, "AxManager", "Created SFX effect version [ 0 ]"));
     EXPECT_EQ(storeVersion(), 1);  // registering loaded the controller: one full send
     EXPECT_TRUE(mManager->recreateAxEffect());
@@ -301,12 +271,11 @@ TEST_F(AxManagerTest, ProfilesTuningDevicesAndReadOuts) {
     EXPECT_TRUE(mManager->setSelectedTuning(PORT_HEADPHONE, "studio_monitor_hp3"));
     EXPECT_EQ(mManager->getSelectedTuningName(PORT_HEADPHONE), "studio_monitor_hp3");
 
-    const int speaker[] = {mManager->getTuningParamDSA(PORT_INTERNAL_SPEAKER),
-                           mManager->getTuningParamDHSA(PORT_INTERNAL_SPEAKER),
-                           mManager->getTuningParamDFSA(PORT_INTERNAL_SPEAKER),
-                           mManager->getTuningParamDSA(PORT_HEADPHONE)};
-    EXPECT_EQ(std::vector<int>(std::begin(speaker), std::end(speaker)),
-              (std::vector<int>{30, 20, 10, 15}));
+    EXPECT_EQ((Values{mManager->getTuningParamDSA(PORT_INTERNAL_SPEAKER),
+                      mManager->getTuningParamDHSA(PORT_INTERNAL_SPEAKER),
+                      mManager->getTuningParamDFSA(PORT_INTERNAL_SPEAKER),
+                      mManager->getTuningParamDSA(PORT_HEADPHONE)}),
+              (Values{30, 20, 10, 15}));
     EXPECT_TRUE(mManager->isMonoInternalSpeaker());
     EXPECT_FALSE(mManager->isSpeakerPortraitMode());
 }

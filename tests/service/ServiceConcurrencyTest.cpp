@@ -4,9 +4,7 @@
 // stay until its next change; the whole run must end (no deadlock) and leave the service empty.
 #include <gtest/gtest.h>
 
-#include <atomic>
 #include <chrono>
-#include <cstdlib>
 #include <string>
 #include <thread>
 #include <vector>
@@ -25,14 +23,7 @@ constexpr int kSteererId = 113;  // 4 ... 64, one value per profile endpoint
 
 class ServiceConcurrencyTest : public ServiceTest {
 protected:
-    std::vector<int> steererOf(int profile) {
-        Bytes in = request(1, {kSteererId, profile});
-        std::unique_ptr<uint8_t[]> input(new uint8_t[in.size()]);
-        memcpy(input.get(), in.data(), in.size());
-        int32_t out = -1;
-        EXPECT_EQ(0, mService->getSfxParam(input.get(), in.size(), &out, sizeof(out)));
-        return {out};
-    }
+    Bytes steererOf(int profile) { return query(request(1, {kSteererId, profile})); }
 
     // One client thread: returns the number of changes it saw through.
     int runClient(int thread, Clock::time_point end, std::string* failure) {
@@ -52,7 +43,7 @@ protected:
             }
             // Acknowledged: the change must show, and nobody else writes this profile.
             const auto deadline = Clock::now() + kVisibleWithin;
-            while (steererOf(profile) != std::vector<int>{value}) {
+            while (steererOf(profile) != words({value})) {
                 if (Clock::now() > deadline) {
                     *failure = "change of thread " + std::to_string(thread) + " never showed";
                     return changes;
@@ -65,7 +56,7 @@ protected:
                 mService->getIntParam(id);
             }
             if (mService->getAvailableTuningDevicesLen(3) <= 0) *failure = "no headphone devices";
-            if (steererOf(profile) != std::vector<int>{value}) {
+            if (steererOf(profile) != words({value})) {
                 *failure = "thread " + std::to_string(thread) + " lost its change";
                 return changes;
             }
@@ -85,24 +76,11 @@ TEST_F(ServiceConcurrencyTest, ClientThreadsRegisterSetQueryAndLeaveWithoutLosin
     const auto end = Clock::now() + kRunTime;
     std::vector<std::string> failures(kThreads);
     std::vector<int> changes(kThreads, 0);
-    std::atomic<int> finished{0};
     std::vector<std::thread> threads;
     for (int t = 0; t < kThreads; ++t) {
-        threads.emplace_back([&, t] {
-            changes[t] = runClient(t, end, &failures[t]);
-            ++finished;
-        });
+        threads.emplace_back([&, t] { changes[t] = runClient(t, end, &failures[t]); });
     }
-    // A deadlock would hang the joins below: give up loudly instead.
-    const auto giveUp = end + std::chrono::seconds(60);
-    while (finished.load() < kThreads) {
-        if (Clock::now() > giveUp) {
-            fprintf(stderr, "client threads still running a minute after the end: deadlock\n");
-            std::abort();
-        }
-        std::this_thread::sleep_for(std::chrono::milliseconds(10));
-    }
-    for (std::thread& thread : threads) thread.join();
+    for (std::thread& thread : threads) thread.join();  // a deadlock hangs here: ctest times out
     for (int t = 0; t < kThreads; ++t) {
         EXPECT_EQ("", failures[t]);
         EXPECT_GT(changes[t], 0) << "thread " << t << " made no change";
