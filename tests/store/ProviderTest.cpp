@@ -270,21 +270,19 @@ TEST_F(ProviderTest, ConfigurationKeys) {
     EXPECT_EQ(raw->rows("SELECT * FROM configuration"),
               (std::vector<Row>{{"1", "signature", "0123abcd"}, {"2", "Profile", "0"},
                                 {"3", "State", "true"}, {"4", "version", "3.3.0"}}));
-    EXPECT_EQ(provider->getDefaultXmlSignature(), "0123abcd");
-    EXPECT_EQ(provider->getDefaultXmlFormatVersion(), "3.3.0");
+    EXPECT_EQ(provider->getDefaultXmlSignature() + "|" + provider->getDefaultXmlFormatVersion(), "0123abcd|3.3.0");
     EXPECT_EQ(provider->getSelectedProfile(), 0);
-    ASSERT_EQ(provider->setSelectedProfile(1), 0);
-    EXPECT_EQ(provider->getSelectedProfile(), 1);
     EXPECT_TRUE(provider->isSfxOn());
-    ASSERT_EQ(provider->setSfxOn(false), 0);
+    ASSERT_EQ(provider->setSelectedProfile(1) | provider->setSfxOn(false) |
+                      provider->setDeviceTuning("headphone", "default_headphone"), 0);
+    EXPECT_EQ(provider->getSelectedProfile(), 1);
     EXPECT_FALSE(provider->isSfxOn());
-    EXPECT_EQ(raw->value("SELECT value FROM configuration WHERE key='State'"), "false");
-
-    ASSERT_EQ(provider->setDeviceTuning("headphone", "default_headphone"), 0);
     EXPECT_EQ(provider->getDeviceTuning("headphone"), "default_headphone");
     ASSERT_EQ(provider->updateDeviceTuning("headphone", "broken"), 0);
     EXPECT_EQ(provider->getDeviceTuning("headphone"), "broken");
-    EXPECT_EQ(raw->rows("SELECT _id, value FROM configuration WHERE key='headphone'"), (std::vector<Row>{{"5", "broken"}}));
+    EXPECT_EQ(raw->rows("SELECT * FROM configuration"),
+              (std::vector<Row>{{"1", "signature", "0123abcd"}, {"2", "Profile", "1"}, {"3", "State", "false"},
+                                {"4", "version", "3.3.0"}, {"5", "headphone", "broken"}}));
 
     // A database without the keys, and the remembered on/off state of a rebuild.
     ASSERT_EQ(provider->clear(), 0);
