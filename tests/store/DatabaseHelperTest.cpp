@@ -212,27 +212,20 @@ TEST_F(OpenDatabaseTest, QueriesReadRowsBackAndMissingRowsLeaveTheRecordUnchange
               "id=1\ndevice=a\nport=usb\ntuning=hp|id=2\ndevice=b\nport=usb\ntuning=hp");
 
     std::vector<std::string> names;
-    ASSERT_EQ(db->queryProfileNames(names, "default"), 0);
+    ASSERT_EQ(db->queryProfileNames(names, "default") | db->queryIeqPresetNames(names, "custom"), 0);
     EXPECT_EQ(names, std::vector<std::string>{"Music"});
-    names.clear();
-    ASSERT_EQ(db->queryIeqPresetNames(names, "custom"), 0);
-    EXPECT_TRUE(names.empty());
 
     // Wrong key or wrong row kind: an error line, the record untouched.
     Profile missing(2, "keep", false);
-    EXPECT_EQ(db->queryProfileValue("2", "custom", &missing), 1);
-    EXPECT_EQ(missing.getName(), "keep");
-    EXPECT_TRUE(missing.mValues.empty());
     GeqPreset geq(2);
-    EXPECT_EQ(db->queryGeqValue("2", "default", &geq), 1);
-    EXPECT_EQ(geq.getId(), -1);
     ProfileEndpoint noEndpoint(2, OTHER, 0);
-    EXPECT_EQ(db->queryEndpointValue("2", "other", "custom", &noEndpoint), 1);
     Tuning noTuning("none", SPEAKER, false);
-    EXPECT_EQ(db->queryTuning("none", &noTuning), 1);
     IeqPreset noIeq(9, "x");
-    EXPECT_EQ(db->queryIeqValue("9", "default", &noIeq), 1);
-    EXPECT_EQ(noIeq.getName(), "x");
+    EXPECT_EQ(db->queryProfileValue("2", "custom", &missing) + db->queryGeqValue("2", "default", &geq) +
+              db->queryEndpointValue("2", "other", "custom", &noEndpoint) + db->queryTuning("none", &noTuning) +
+              db->queryIeqValue("9", "default", &noIeq), 5);
+    EXPECT_EQ(missing.toString() + noIeq.toString(), "id=-1\nprofileId=2\nname=keep\nmobility=false\nselectedGeqPreset=2\n"
+                                                     "id=-1\npresetId=9\nname=x\n");
     for (const char* message : {"Profile doesn't exist!", "GeqPreset doesn't exist!", "Endpoint doesn't exist!",
                                 "Tuning doesn't exist!", "IeqPreset doesn't exist!"}) {
         EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, message)) << message;
@@ -282,14 +275,12 @@ TEST_F(OpenDatabaseTest, UpdatesRewriteTheRowKeepingItsIdAndWarnOnDefaultRows) {
     ASSERT_EQ(db->queryProfileValue("1", "default", &factory), 0);
     factory.setName("Changed");
     EXPECT_EQ(db->updateProfileValue(&factory, "default"), 0);
-    size_t warnings = 0;
+    std::vector<std::string> warnings;  // error lines ending in a source line number
     for (const auto& line : logs.linesWithTag(kTag)) {
-        if (line.message.rfind("the default value can't be updated, ", 0) != 0) continue;
-        ++warnings;
-        EXPECT_EQ(line.priority, ANDROID_LOG_ERROR);
-        EXPECT_GT(std::stoi(line.message.substr(36)), 0) << line.message;  // a source line
+        if (line.priority == ANDROID_LOG_ERROR && line.message.rfind("the default value can't be updated, ", 0) == 0) warnings.push_back(line.message.substr(36));
     }
-    EXPECT_EQ(warnings, 1u);
+    ASSERT_EQ(warnings.size(), 1u);
+    EXPECT_GT(std::stoi(warnings[0]), 0);
     EXPECT_EQ(raw.rows("SELECT _id, name FROM profiles WHERE custom_name='default'"),
               (std::vector<Row>{{"1", "Changed"}}));
     EXPECT_EQ(db->getRowCount("profiles"), 2);
@@ -322,26 +313,18 @@ TEST(DatabaseHelperNotOpen, EveryOperationReportsTheClosedDatabase) {
     logs.clear();
     EXPECT_EQ(db.init(), 1);
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, kTag, "the db is not open..."), 7u);
-    EXPECT_EQ(db.execSQL("SELECT 1"), 1);
-    EXPECT_EQ(db.clear(), 1);
-    EXPECT_EQ(db.beginTransaction(), 1);
-    EXPECT_EQ(db.commitTransaction(), 1);
-    EXPECT_EQ(db.clearOemTunings(), 1);
-    EXPECT_EQ(db.getRowCount("tunings"), 0);
     Profile profile(0, "p", false);
-    EXPECT_EQ(db.insertValue(&profile, "default", -1), 1);
-    EXPECT_EQ(profile.getId(), -1);
-    EXPECT_EQ(db.queryProfileValue("0", "default", &profile), 1);
     std::vector<std::string> names;
-    EXPECT_EQ(db.queryProfileNames(names, "default"), 1);
-    EXPECT_TRUE(names.empty());
+    EXPECT_EQ(db.execSQL("SELECT 1") + db.clear() + db.beginTransaction() + db.commitTransaction() +
+              db.clearOemTunings() + db.insertValue(&profile, "default", -1) +
+              db.queryProfileValue("0", "default", &profile) + db.queryProfileNames(names, "default"), 8);
+    EXPECT_EQ(db.getRowCount("tunings"), 0);
+    EXPECT_EQ(profile.getId(), -1);
     EXPECT_EQ(db.querySelectedProfile("Profile"), "-1");
     logs.clear();
-    EXPECT_EQ(db.insertConfigurationValue("k", "v"), 1);
+    EXPECT_EQ(db.insertConfigurationValue("k", "v") + db.updateSfxStatus("State", true) +
+              db.updateSelectedProfile("Profile", "1") + db.updateTuningDevice("usb", "x"), 4);
     EXPECT_TRUE(logs.contains(ANDROID_LOG_ERROR, kTag, "db is not connected"));
-    EXPECT_EQ(db.updateSfxStatus("State", true), 1);
-    EXPECT_EQ(db.updateSelectedProfile("Profile", "1"), 1);
-    EXPECT_EQ(db.updateTuningDevice("usb", "x"), 1);
     EXPECT_EQ(logs.count(ANDROID_LOG_ERROR, kTag, "the database is not connected"), 3u);
 }
 
