@@ -18,23 +18,11 @@
 #include <vector>
 
 #include "TuningLint.h"
+#include "TuningInputFile.h"
 #include "tuning/DeviceData.h"
 #include "tuning/TuningFileParser.h"
 
 namespace {
-
-std::string gPath;
-
-void dropLog(const struct __android_logger_data*, const char*) {}
-
-void dropXmlError(void*, const char*, ...) {}
-
-bool writeInput(const uint8_t* data, size_t size) {
-    FILE* file = std::fopen(gPath.c_str(), "wb");
-    if (file == nullptr) return false;
-    const bool ok = size == 0 || std::fwrite(data, 1, size, file) == size;
-    return std::fclose(file) == 0 && ok;
-}
 
 void disagree(const char* what) {
     std::fprintf(stderr, "reader and lint disagree on the %s\n", what);
@@ -44,19 +32,13 @@ void disagree(const char* what) {
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    char templ[] = "/tmp/korvi-fuzz-lint-XXXXXX";
-    const int fd = mkstemp(templ);
-    if (fd < 0) std::abort();
-    close(fd);
-    gPath = templ;
-    std::atexit([] { unlink(gPath.c_str()); });
-    __android_log_set_logger(dropLog);
-    xmlSetGenericErrorFunc(nullptr, dropXmlError);
+    korvi::fuzz::TuningInputFile::init();
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (!writeInput(data, size)) return 0;
+    if (!korvi::fuzz::TuningInputFile::write(data, size)) return 0;
+    const std::string& gPath = korvi::fuzz::TuningInputFile::path();
     korvi::TuningFileParser reader;
     if (reader.setTuningFile(gPath) != 0) return 0;
     // The document as korvictl reads it for the lint.

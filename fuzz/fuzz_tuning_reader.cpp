@@ -12,43 +12,25 @@
 #include <string>
 #include <unistd.h>
 
+#include "TuningInputFile.h"
 #include "tuning/DeviceData.h"
 #include "tuning/TuningFileParser.h"
 
 namespace {
 
-std::string gPath;
 // Keeps the reads of every record from being optimised away.
 volatile size_t gSink;
-
-void dropLog(const struct __android_logger_data*, const char*) {}
-
-void dropXmlError(void*, const char*, ...) {}
-
-bool writeInput(const uint8_t* data, size_t size) {
-    FILE* file = std::fopen(gPath.c_str(), "wb");
-    if (file == nullptr) return false;
-    const bool ok = size == 0 || std::fwrite(data, 1, size, file) == size;
-    return std::fclose(file) == 0 && ok;
-}
 
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-    char templ[] = "/tmp/korvi-fuzz-XXXXXX";
-    const int fd = mkstemp(templ);
-    if (fd < 0) std::abort();
-    close(fd);
-    gPath = templ;
-    std::atexit([] { unlink(gPath.c_str()); });
-    // Millions of inputs: keep the log and the XML library's complaints out of the output.
-    __android_log_set_logger(dropLog);
-    xmlSetGenericErrorFunc(nullptr, dropXmlError);
+    korvi::fuzz::TuningInputFile::init();
     return 0;
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-    if (!writeInput(data, size)) return 0;
+    if (!korvi::fuzz::TuningInputFile::write(data, size)) return 0;
+    const std::string& gPath = korvi::fuzz::TuningInputFile::path();
     korvi::TuningFileParser parser;
     if (parser.setTuningFile(gPath) != 0) return 0;
     parser.setTuningFile(gPath);
